@@ -1,0 +1,44 @@
+# How every target of Tonvale is compiled, and the functions that make one.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON) # all of src/ ends up in a plugin module
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+add_library(tonvale_options INTERFACE)
+target_include_directories(tonvale_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(tonvale_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wnull-dereference -Werror
+    # Multiply and add stay two roundings, so that every processor gives the same bits.
+    -ffp-contract=off)
+if(TONVALE_SANITIZERS)
+    target_compile_options(tonvale_options INTERFACE
+        -fsanitize=${TONVALE_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # The sanitizers' own checks make g++ see null pointers that cannot occur.
+        -Wno-null-dereference)
+    target_link_options(tonvale_options INTERFACE -fsanitize=${TONVALE_SANITIZERS})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND TONVALE_FUZZ)
+        target_compile_options(tonvale_options INTERFACE -fsanitize=fuzzer-no-link)
+    endif()
+endif()
+
+# A folder of src/ as a static library: tonvale_folder(NAME SOURCES ... LINK ... PRIVATE_LINK ...).
+# LINK names what its headers need, PRIVATE_LINK what only its sources need.
+function(tonvale_folder name)
+    cmake_parse_arguments(FOLDER "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+    add_library(tonvale_${name} STATIC ${FOLDER_SOURCES})
+    target_link_libraries(tonvale_${name}
+        PUBLIC tonvale_options ${FOLDER_LINK} PRIVATE ${FOLDER_PRIVATE_LINK})
+endfunction()
+
+# The tests of one folder as one program: tonvale_tests(NAME SOURCES ... LINK ...).
+function(tonvale_tests name)
+    cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(tonvale-test-${name} ${TESTS_SOURCES})
+    target_include_directories(tonvale-test-${name} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(tonvale-test-${name} PRIVATE tonvale_options ${TESTS_LINK} GTest::gtest_main)
+    gtest_discover_tests(tonvale-test-${name} PROPERTIES TIMEOUT 120)
+endfunction()

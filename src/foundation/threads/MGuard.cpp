@@ -1,0 +1,26 @@
+#include "foundation/threads/MGuard.h"
+
+#include <array>
+#include <atomic>
+#include <cstdio>
+
+namespace
+{
+std::atomic<MTraceFunction> trace = nullptr;
+} // namespace
+
+MTraceFunction SetTraceFunction(MTraceFunction function) noexcept
+{
+    return trace.exchange(function);
+}
+
+void TraceSystemException(const char* routine) noexcept
+{
+    const MTraceFunction function = trace.load();
+    if (function == nullptr)
+        return;
+    // No MString here: what failed may have been the memory.
+    std::array<char, 256> message{};
+    std::snprintf(message.data(), message.size(), "SYSTEM EXCEPTION! %s", routine);
+    function(message.data());
+}

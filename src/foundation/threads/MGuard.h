@@ -1,0 +1,33 @@
+#pragma once
+
+#include <utility>
+
+#include "foundation/threads/MException.h"
+
+/// Takes the report of a failure that is no MException. Does nothing in a release; a debugging
+/// session or a test may look on. Any thread.
+using MTraceFunction = void (*)(const char* message);
+/// Installs @p function, or none for null; returns the one before.
+MTraceFunction SetTraceFunction(MTraceFunction function) noexcept;
+/// Reports "SYSTEM EXCEPTION! {0}" with the qualified name of @p routine (not null).
+void TraceSystemException(const char* routine) noexcept;
+
+/// The barrier round every entry from outside: runs @p body and returns what it does. If it throws,
+/// the answer is @p neutral; anything but an MException is traced under the name of @p routine.
+template <typename Result, typename Body>
+Result MGuarded(const char* routine, Result neutral, Body&& body) noexcept
+{
+    try
+    {
+        return std::forward<Body>(body)();
+    }
+    catch (const MException&)
+    {
+        return neutral;
+    }
+    catch (...)
+    {
+        TraceSystemException(routine);
+        return neutral;
+    }
+}
