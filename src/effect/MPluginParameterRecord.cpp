@@ -1,0 +1,339 @@
+#include "effect/MPluginParameterRecord.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "foundation/strings/MStringFormatter.h"
+#include "foundation/values/MRandom.h"
+#include "foundation/xml/MXMLItem.h"
+
+namespace
+{
+
+/// Floor, plus 1 from @p threshold on.
+double RoundFrom(double value, double threshold) noexcept
+{
+    const double below = std::floor(value);
+    return value - below >= threshold ? below + 1.0 : below;
+}
+
+/// Any text as a value of @p min to @p max; beyond the range of an int counts as its end.
+std::int32_t ReadInt(const MString& text, std::int32_t min, std::int32_t max) noexcept
+{
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(text.ToInteger(), min, max));
+}
+
+/// @p value moved by up to @p span either way, one draw.
+double Moved(double value, double span) noexcept
+{
+    return value + span * 2.0 * MRandom::DrawUniform() - span;
+}
+
+} // namespace
+
+void MPluginParameterRecord::SetFloat(const MString& parameterName, double min, double max,
+                                      double defaultValue)
+{
+    type = MParameterType::Float;
+    name = key = parameterName;
+    range.asFloat = {min, max, defaultValue, defaultValue, defaultValue, defaultValue};
+}
+
+void MPluginParameterRecord::SetInt(const MString& parameterName, std::int32_t min,
+                                    std::int32_t max, std::int32_t defaultValue)
+{
+    type = MParameterType::Int;
+    name = key = parameterName;
+    range.asInt = {min, max, defaultValue, defaultValue, defaultValue};
+}
+
+double MPluginParameterRecord::Effective() const noexcept
+{
+    if (type == MParameterType::Int)
+        return Has(Modulated) ? range.asInt.alternate : range.asInt.value;
+    return Has(Modulated) ? range.asFloat.alternate : range.asFloat.value;
+}
+
+void MPluginParameterRecord::SetModulated(bool on) noexcept
+{
+    if (type == MParameterType::Float)
+        range.asFloat.alternate = range.asFloat.value;
+    else if (type == MParameterType::Int)
+        range.asInt.alternate = range.asInt.value;
+    flags = on ? flags | Modulated : flags & ~Modulated;
+}
+
+double MPluginParameterRecord::Get01() const noexcept
+{
+    switch (type)
+    {
+    case MParameterType::Float:
+    {
+        const FloatRange& r = range.asFloat;
+        const double x = (r.value - r.min) * (1.0 / (r.max - r.min));
+        return law == MParameterLaw::Squared       ? std::sqrt(x)
+               : law == MParameterLaw::FourthPower ? std::pow(x, 0.25)
+                                                   : x;
+    }
+    case MParameterType::Int:
+        return (static_cast<double>(range.asInt.value) - range.asInt.min) /
+               (static_cast<double>(range.asInt.max) - range.asInt.min);
+    case MParameterType::Enum:
+        return static_cast<double>(range.asEnum.value) / (range.asEnum.count - 1);
+    case MParameterType::Bool:
+        return range.asBool.value ? 1.0 : 0.0;
+    case MParameterType::BoolElsewhere:
+        return range.elsewhere != nullptr && *range.elsewhere != 0 ? 1.0 : 0.0;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+    case MParameterType::Text:
+        break;
+    }
+    return 0.0;
+}
+
+void MPluginParameterRecord::Set01(double value01) noexcept
+{
+    switch (type)
+    {
+    case MParameterType::Float:
+    {
+        FloatRange& r = range.asFloat;
+        const double x = law == MParameterLaw::Squared       ? value01 * value01
+                         : law == MParameterLaw::FourthPower ? std::pow(value01, 4.0)
+                                                             : value01;
+        (Has(Modulated) ? r.alternate : r.value) = x * (r.max - r.min) + r.min;
+        break;
+    }
+    case MParameterType::Int:
+    {
+        IntRange& r = range.asInt;
+        const double value = (static_cast<double>(r.max) - r.min) * value01 + r.min;
+        // What no int can hold has no neighbour to be truncated to.
+        if (value > -2147483649.0 && value < 2147483648.0)
+            (Has(Modulated) ? r.alternate : r.value) = static_cast<std::int32_t>(value);
+        break;
+    }
+    case MParameterType::Enum:
+    {
+        // Equal pieces of the range one way, ends of the range the other: on purpose.
+        const double index = RoundFrom(range.asEnum.count * value01 - 0.5, 0.5);
+        range.asEnum.value = static_cast<std::int32_t>(
+            std::clamp(index, 0.0, static_cast<double>(range.asEnum.count - 1)));
+        break;
+    }
+    case MParameterType::Bool:
+        range.asBool.value = value01 >= 0.5;
+        break;
+    case MParameterType::BoolElsewhere:
+        if (range.elsewhere != nullptr)
+            *range.elsewhere = value01 >= 0.5 ? 1 : 0;
+        break;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+    case MParameterType::Text:
+        break;
+    }
+}
+
+MString MPluginParameterRecord::GetValueText()
+{
+    if (valueText != nullptr)
+    {
+        MString result;
+        valueText(result, *this, {}, format);
+        return result;
+    }
+    switch (type)
+    {
+    case MParameterType::Float:
+        return format.IsEmpty() ? MString::FromDouble(range.asFloat.value, 6)
+                                : MStringFormatter(format).Add(range.asFloat.value).Result();
+    case MParameterType::Int:
+        return format.IsEmpty() ? MString::FromInteger(range.asInt.value)
+                                : MStringFormatter(format).Add(range.asInt.value).Result();
+    case MParameterType::Enum:
+        return range.asEnum.names[range.asEnum.value];
+    case MParameterType::Text:
+        return text;
+    case MParameterType::Bool:
+    case MParameterType::BoolElsewhere:
+        return MString::FromInteger(Get01() >= 0.5 ? 1 : 0);
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+        break;
+    }
+    return {};
+}
+
+void MPluginParameterRecord::ParseValueText(const MString& input)
+{
+    if (input.IsEmpty())
+        return; // to a text function it would mean to render
+    if (valueText != nullptr)
+    {
+        MString result;
+        valueText(result, *this, input, format);
+        return;
+    }
+    double value = 0.0;
+    switch (type)
+    {
+    case MParameterType::Float:
+        if (input.ReadDouble(value))
+            range.asFloat.value = value;
+        break;
+    case MParameterType::Int:
+        if (input.ReadDouble(value))
+            range.asInt.value =
+                static_cast<std::int32_t>(std::clamp(value, -2147483648.0, 2147483647.0));
+        break;
+    case MParameterType::Enum:
+        for (std::int32_t i = 0; i < range.asEnum.count; ++i)
+            if (input == range.asEnum.names[i])
+                range.asEnum.value = i;
+        break;
+    case MParameterType::Bool:
+    case MParameterType::BoolElsewhere:
+        if (input.ReadDouble(value))
+            Set01(value);
+        break;
+    case MParameterType::Text:
+        text = input;
+        break;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+        break;
+    }
+}
+
+void MPluginParameterRecord::Store(MXMLItem& item) const
+{
+    MString fullKey = "parameter";
+    fullKey.Append(key);
+    switch (type)
+    {
+    case MParameterType::Float:
+        item.SetAttribute(fullKey, range.asFloat.value);
+        break;
+    case MParameterType::Int:
+        item.SetAttribute(fullKey, range.asInt.value);
+        break;
+    case MParameterType::Enum:
+        fullKey.Append("Enum");
+        item.SetAttribute(fullKey, range.asEnum.names[range.asEnum.value]);
+        break;
+    case MParameterType::Bool:
+        item.SetAttribute(fullKey, range.asBool.value ? 1 : 0);
+        break;
+    case MParameterType::BoolElsewhere:
+        if (range.elsewhere != nullptr)
+            item.SetAttribute(fullKey, int{*range.elsewhere});
+        break;
+    case MParameterType::Text:
+        item.SetAttribute(fullKey, text);
+        break;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+        break;
+    }
+}
+
+void MPluginParameterRecord::Load(MXMLItem& item)
+{
+    MString fullKey = "parameter";
+    fullKey.Append(key);
+    const auto read = [&](const MString& defaultText)
+    { return item.GetAttribute(fullKey, defaultText); };
+
+    switch (type)
+    {
+    case MParameterType::Float:
+    {
+        FloatRange& r = range.asFloat;
+        const MString stored = read(MString::FromDouble(r.defaultValue, 6));
+        r.value = std::clamp(stored.ToDouble(), r.min, r.max);
+        break;
+    }
+    case MParameterType::Int:
+    {
+        IntRange& r = range.asInt;
+        r.value = ReadInt(read(MString::FromInteger(r.defaultValue)), r.min, r.max);
+        break;
+    }
+    case MParameterType::Enum:
+    {
+        EnumRange& r = range.asEnum;
+        MString nameKey = fullKey;
+        nameKey.Append("Enum");
+        r.loadedByName = item.HasAttribute(nameKey);
+        if (!r.loadedByName)
+        {
+            r.value = ReadInt(read(MString::FromInteger(r.defaultValue)), 0, r.count - 1);
+            break;
+        }
+        r.value = r.defaultValue;
+        for (std::int32_t i = 0; i < r.count; ++i)
+            if (item.GetAttribute() == r.names[i])
+                r.value = i;
+        break;
+    }
+    case MParameterType::Bool:
+        range.asBool.value =
+            read(MString::FromInteger(range.asBool.defaultValue ? 1 : 0)).ToInteger() != 0;
+        break;
+    case MParameterType::BoolElsewhere:
+        if (range.elsewhere != nullptr)
+            *range.elsewhere = read("0").ToInteger() != 0 ? 1 : 0;
+        break;
+    case MParameterType::Text:
+        text = read({});
+        break;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+        break;
+    }
+}
+
+void MPluginParameterRecord::Randomize(double amount) noexcept
+{
+    if (!Has(Randomisable))
+        return;
+    switch (type)
+    {
+    case MParameterType::Float:
+    {
+        FloatRange& r = range.asFloat;
+        r.value = std::clamp(Moved(r.value, (r.max - r.min) * amount), r.min, r.max);
+        break;
+    }
+    case MParameterType::Int:
+    {
+        IntRange& r = range.asInt;
+        const double span = std::trunc((static_cast<double>(r.max) - r.min) * amount);
+        const double moved = r.value + RoundFrom(Moved(0.0, span), std::nextafter(0.5, 1.0));
+        r.value = static_cast<std::int32_t>(std::clamp<double>(moved, r.min, r.max));
+        break;
+    }
+    case MParameterType::Enum:
+    {
+        EnumRange& r = range.asEnum;
+        const double span = std::trunc(r.count * amount);
+        const double moved = r.value + RoundFrom(Moved(0.0, span), std::nextafter(0.5, 1.0));
+        r.value = static_cast<std::int32_t>(std::clamp<double>(moved, 0.0, r.count - 1));
+        break;
+    }
+    case MParameterType::Bool:
+        if (amount >= 0.5 - 1e-50)
+            range.asBool.value = MRandom::DrawBool();
+        break;
+    case MParameterType::BoolElsewhere:
+        if (amount >= 0.5 - 1e-50 && range.elsewhere != nullptr)
+            *range.elsewhere = MRandom::DrawBool() ? 1 : 0;
+        break;
+    case MParameterType::Empty:
+    case MParameterType::Heading:
+    case MParameterType::Text:
+        break;
+    }
+}
