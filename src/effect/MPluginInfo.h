@@ -32,7 +32,7 @@ struct MPluginInfo
     std::int32_t outputBusCount = 1;
     std::int32_t thirdCount = 1;
     MMIDIProcessorBase* midiProcessor = nullptr; ///< listens to all channels; null for none
-    double* channelValues = nullptr; ///< channelGains
+    double* channelValues = nullptr;             ///< channelGains
     std::int32_t maxProcessingBlock = std::numeric_limits<std::int32_t>::max(); ///< samples
     std::int32_t reserved = -1;
     std::array<double, 8> channelGains{1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 1.0};

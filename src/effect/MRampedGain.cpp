@@ -68,3 +68,16 @@ void MRampedGain::Add(float* block, const float* source) const noexcept
     else if (start != 0.0f)
         kernels::ScaleAdd(block, source, start, samples);
 }
+
+void MRampedGain::Mix(float* block, const MRampedGain& blockGain, const float* source,
+                      const MRampedGain& sourceGain) noexcept
+{
+    if (blockGain.isRamp && sourceGain.isRamp)
+    {
+        kernels::RampMix(block, source, blockGain.start, blockGain.step, sourceGain.start,
+                         sourceGain.step, blockGain.samples);
+        return;
+    }
+    blockGain.Apply(block);
+    sourceGain.Add(block, source);
+}

@@ -19,6 +19,10 @@ public:
     void Apply(float* block) const noexcept;
     /// Adds @p source times the gain to @p block. Silence adds nothing, whatever the source holds.
     void Add(float* block, const float* source) const noexcept;
+    /// @p blockGain.Apply(block) and then @p sourceGain.Add(block, source), both of one block
+    /// length; two ramps run in one pass, since each waits for its own additions most of the time.
+    static void Mix(float* block, const MRampedGain& blockGain, const float* source,
+                    const MRampedGain& sourceGain) noexcept;
 
 private:
     std::int32_t samples;

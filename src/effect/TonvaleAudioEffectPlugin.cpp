@@ -112,8 +112,7 @@ void TonvaleAudioEffectPlugin::Update()
         return;
 
     const double width = parameters[Width].Effective();
-    const double semitones =
-        PitchOffset() - width / channelCount * static_cast<double>(channelCount / 2);
+    const double semitones = PitchOffset() - width / channelCount * std::trunc(channelCount * 0.5);
     // For a single channel it is infinite or not a number, and not used.
     const double spread = std::exp2(width / (channelCount - 1) / 12.0);
     double increment = std::exp2(semitones * OctavesPerSemitone) * BaseFrequency() / sampleRate;
@@ -162,16 +161,17 @@ void TonvaleAudioEffectPlugin::Process(MProcessingContext* /*context*/, const fl
         phase = std::fmod(phase + increments[channel] * samples, generator.Rate);
         if (output == nullptr)
             continue;
-        wet.Apply(output);
         if (inputs != nullptr && inputs[channel] != nullptr)
-            dry.Add(output, inputs[channel]);
+            MRampedGain::Mix(output, wet, inputs[channel], dry);
+        else
+            wet.Apply(output);
     }
 }
 
 void TonvaleAudioEffectPlugin::SetNote(int note)
 {
     const MLockGuard guard(GetLock());
-    noteIndex = static_cast<std::int8_t>(note);
+    noteIndex = std::int32_t{static_cast<std::int8_t>(note)};
     Update();
 }
 

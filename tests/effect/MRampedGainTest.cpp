@@ -65,6 +65,28 @@ TEST(MRampedGain, RampsOverExactlyOneBlock)
     EXPECT_EQ(scaled, std::vector<float>(6, 3.0f));
 }
 
+TEST(MRampedGain, MixesAsApplyAndAddDo)
+{
+    const std::vector<float> source = {1.0f, -3.0f, 0.3f, 7.0f, 0.1f, 2.0f, -0.7f};
+    const std::vector<float> block = {0.9f, 0.2f, -5.0f, 1.0f, 0.6f, -0.4f, 3.0f};
+    for (const bool blockMoves : {false, true})
+        for (const bool sourceMoves : {false, true})
+        {
+            MPluginParameterRecord first = Gain(0.3);
+            MPluginParameterRecord second = Gain(0.7);
+            first.range.asFloat.value = blockMoves ? 0.9 : 0.3;
+            second.range.asFloat.value = sourceMoves ? 0.1 : 0.7;
+            const MRampedGain blockGain(first, 1.0, 7);
+            const MRampedGain sourceGain(second, 1.0, 7);
+            std::vector<float> expected = block;
+            blockGain.Apply(expected.data());
+            sourceGain.Add(expected.data(), source.data());
+            std::vector<float> actual = block;
+            MRampedGain::Mix(actual.data(), blockGain, source.data(), sourceGain);
+            EXPECT_EQ(actual, expected) << blockMoves << sourceMoves;
+        }
+}
+
 TEST(MRampedGain, AModulatedGainRampsBetweenAlternates)
 {
     MPluginParameterRecord record = Gain(1.0);

@@ -16,7 +16,7 @@ std::intptr_t Call(void* instance, int command, std::intptr_t a0 = 0, std::intpt
 class EntryTest : public ::testing::Test
 {
 protected:
-    ~EntryTest() override { EXPECT_EQ(Call(plugin, 1), 0); }
+    void TearDown() override { EXPECT_EQ(Call(plugin, 1), 0); }
 
     void* plugin = reinterpret_cast<void*>(Call(nullptr, 0));
 };

@@ -22,15 +22,19 @@ MStringFormatter::MStringFormatter(const MString& format) : state(std::make_shar
 {
     for (int position = 0; position < format.Length();)
     {
-        const char16_t character = format.CharAt(position++);
+        char16_t character = format.CharAt(position++);
         if (character == u'{' && format.CharAt(position) != u'{')
+        {
             position = ReadSpecification(format, position);
-        else if (character == u'{')
-            state->result.Append(format.CharAt(position++));
-        else if (character != u'}')
-            state->result.Append(character);
-        else if (position < format.Length())
-            state->result.Append(format.CharAt(position++));
+            continue;
+        }
+        if (character == u'{' || character == u'}')
+        {
+            if (position == format.Length())
+                break;
+            character = format.CharAt(position++);
+        }
+        state->result.Append(character);
     }
 }
 

@@ -180,6 +180,7 @@ TEST(MStringThreads, HoldersOnSeveralThreadsShareOneText)
 {
     const MString text = MString::FromUTF8("shared by all");
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back(
             [&text]

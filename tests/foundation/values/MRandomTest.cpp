@@ -20,7 +20,7 @@ TEST(MRandom, FollowsTheHandWorkedSequence)
 
 TEST(MRandomThreads, ThreadsShareOneSequenceWithoutLosingADraw)
 {
-    constexpr int Draws = 1000;
+    constexpr std::size_t Draws = 1000;
     MRandom::SetState(1);
     std::vector<int> expected(2 * Draws);
     std::ranges::generate(expected, MRandom::Draw);
