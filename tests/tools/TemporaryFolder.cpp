@@ -1,0 +1,45 @@
+#include "tests/tools/TemporaryFolder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "tonvale-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr)
+        throw std::runtime_error("no temporary folder");
+    path = name;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+void TemporaryFolder::Write(const std::string& name, std::span<const std::uint8_t> bytes) const
+{
+    std::ofstream stream(path / name, std::ios::binary);
+    std::ranges::copy(bytes, std::ostreambuf_iterator(stream));
+}
+
+std::vector<std::uint8_t> TemporaryFolder::Read(const std::string& name) const
+{
+    std::ifstream stream(path / name, std::ios::binary);
+    return {std::istreambuf_iterator(stream), {}};
+}
+
+std::string TemporaryFolder::List() const
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path))
+        names.push_back(entry.path().filename().string());
+    std::ranges::sort(names);
+    std::string list;
+    for (const std::string& name : names)
+        list += (list.empty() ? "" : " ") + name;
+    return list;
+}

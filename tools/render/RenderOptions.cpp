@@ -1,0 +1,193 @@
+#include "tools/render/RenderOptions.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/render/Failure.h"
+#include "tools/render/Text.h"
+
+namespace
+{
+
+constexpr const char* Description =
+    "Plays the Tonvale oscillator into a WAV file of 32-bit floats.";
+
+constexpr const char* Notes =
+    R"(The oscillator plays one note at a time and never stops: it begins with C5,
+changes with each note that is switched on, and notes that are switched off
+change nothing. With --midi, a table tells the frequency of each note as it
+should be and as measured in the first channel of the sound.
+
+  tonvale-render --note 69 a4.wav
+  tonvale-render --midi melody.mid --set Wet="-6 dB" --set Width=0.1 melody.wav
+  tonvale-render --set Frequency="1000 Hz" --seconds 60 test-tone.wav
+  tonvale-render --list)";
+
+/// The texts of the options, to be read once the command line as a whole makes sense.
+struct Texts
+{
+    std::vector<std::string> notes, texts, values01;
+    std::string seconds, rate, block, channels;
+};
+
+int ReadInteger(const std::string& option, const std::string& text, int min, int max)
+{
+    const auto value = text::ReadInteger(text);
+    if (!value || *value < min || *value > max)
+        throw Failure(option + " " + text, "it is not a whole number from " + std::to_string(min) +
+                                               " to " + std::to_string(max));
+    return static_cast<int>(*value);
+}
+
+double ReadSeconds(const std::string& text)
+{
+    const auto value = text::ReadNumber(text);
+    if (!value || !(*value > 0.0) || *value > RenderOptions::MaxSeconds)
+        throw Failure("--seconds " + text, "it is not a number above 0, at most " +
+                                               text::Short(RenderOptions::MaxSeconds));
+    return *value;
+}
+
+RenderOptions::Setting ReadSetting(const std::string& option, const std::string& text)
+{
+    const std::size_t sign = text.find('=');
+    if (sign == std::string::npos || sign == 0 || sign + 1 == text.size())
+        throw Failure(option + " " + text, "it is not of the form NAME=VALUE");
+    return {text.substr(0, sign), text.substr(sign + 1), std::nullopt};
+}
+
+RenderOptions::Setting ReadSetting01(const std::string& option, const std::string& text)
+{
+    RenderOptions::Setting setting = ReadSetting(option, text);
+    setting.value01 = text::ReadNumber(setting.text);
+    if (!setting.value01)
+        throw Failure(option + " " + text, "the value is not a number");
+    return setting;
+}
+
+/// The options as CLI11 sees them, bound to the fields of @p texts and @p options.
+class Parser
+{
+public:
+    Parser(RenderOptions& target) : options(target), app(Description, "tonvale-render")
+    {
+        app.get_formatter()->column_width(22);
+        app.get_formatter()->label("OPTIONS", "options");
+        app.set_help_flag("-h,--help", "Show this text");
+        app.set_version_flag("--version", std::string("Tonvale ") + TONVALE_VERSION,
+                             "Show the version");
+        app.footer(Notes);
+        AddOptions();
+    }
+
+    void Parse(int argumentCount, const char* const* arguments)
+    {
+        try
+        {
+            app.parse(argumentCount, arguments);
+        }
+        catch (const CLI::CallForHelp&)
+        {
+            options.answer = app.help();
+            return;
+        }
+        catch (const CLI::CallForVersion&)
+        {
+            options.answer = app.version() + "\n";
+            return;
+        }
+        catch (const CLI::ParseError& error)
+        {
+            throw Failure(std::string(error.what()) + "; --help tells more");
+        }
+        ReadTexts();
+    }
+
+private:
+    template <typename Target>
+    CLI::Option* Add(const char* name, Target& target, const char* type, const char* help)
+    {
+        return app.add_option(name, target, help)->type_name(type)->allow_extra_args(false);
+    }
+
+    void AddOptions()
+    {
+        app.add_option("OUT.wav", options.output, "The file to write")->type_name("");
+        Add("--note", texts.notes, "N",
+            "Switch on MIDI note N, 0 to 127, at the start and hold\n"
+            "it. May be repeated; the last one is heard");
+        Add("--midi", options.midi, "FILE", "Play a standard MIDI file");
+        Add("--input", options.input, "FILE",
+            "Mix in a WAV file under \"Dry\", which is silent\n"
+            "unless set");
+        Add("--seconds", texts.seconds, "S",
+            "Length; otherwise that of the MIDI file plus 1, or\n"
+            "that of the input, or 5");
+        Add("--rate", texts.rate, "HZ",
+            "Samples a second, 101 to 6144000; otherwise that of\n"
+            "the input, or 48000");
+        Add("--channels", texts.channels, "N", "1 to 8; otherwise 2");
+        Add("--block", texts.block, "N",
+            "Samples that are computed at once, 1 to 16777216;\n"
+            "otherwise 512");
+        settingTexts = Add("--set", texts.texts, "NAME=TEXT",
+                           "Set a parameter to what it should show, such as\n"
+                           "Frequency=\"440 Hz\". May be repeated");
+        settings01 = Add("--set01", texts.values01, "NAME=X",
+                         "The same by position in its range, 0.0 to 1.0.\n"
+                         "Later settings replace earlier ones");
+        app.add_flag("--list", options.isList, "List the parameters, as set, instead of rendering");
+    }
+
+    void ReadTexts()
+    {
+        for (const std::string& note : texts.notes)
+            options.notes.push_back(ReadInteger("--note", note, 0, 127));
+        if (!texts.seconds.empty())
+            options.seconds = ReadSeconds(texts.seconds);
+        if (!texts.rate.empty())
+            options.rate =
+                ReadInteger("--rate", texts.rate, RenderOptions::MinRate, RenderOptions::MaxRate);
+        if (!texts.block.empty())
+            options.block = ReadInteger("--block", texts.block, 1, RenderOptions::MaxBlock);
+        if (!texts.channels.empty())
+            options.channels =
+                ReadInteger("--channels", texts.channels, 1, RenderOptions::MaxChannels);
+        ReadSettings();
+
+        if (options.isList && !options.output.empty())
+            throw Failure("--list renders nothing; leave out " + Quoted(options.output));
+        if (!options.isList && options.output.empty())
+            throw Failure("the name of the WAV file to write is missing; --help tells more");
+    }
+
+    void ReadSettings()
+    {
+        std::size_t textsRead = 0;
+        std::size_t values01Read = 0;
+        for (const CLI::Option* const option : app.parse_order())
+        {
+            if (option == settingTexts)
+                options.settings.push_back(ReadSetting("--set", texts.texts.at(textsRead++)));
+            else if (option == settings01)
+                options.settings.push_back(
+                    ReadSetting01("--set01", texts.values01.at(values01Read++)));
+        }
+    }
+
+    RenderOptions& options;
+    Texts texts;
+    CLI::App app;
+    const CLI::Option* settingTexts = nullptr;
+    const CLI::Option* settings01 = nullptr;
+};
+
+} // namespace
+
+RenderOptions RenderOptions::Parse(int argumentCount, const char* const* arguments)
+{
+    RenderOptions options;
+    Parser(options).Parse(argumentCount, arguments);
+    return options;
+}
