@@ -1,0 +1,158 @@
+// Drives the oscillator through its entry point with calls in any order: states from strangers,
+// typed texts, MIDI, changes of layout, and blocks. Whatever comes, the output stays finite.
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include "effect/MPluginInfo.h"
+#include "effect/MPluginParameterRecord.h"
+#include "effect/TonvaleAudioEffectPluginInterface.h"
+#include "foundation/xml/MXMLItem.h"
+#include "shell/midi/MMIDIProcessor.h"
+
+namespace
+{
+
+constexpr int MaxBlock = 64;
+constexpr int MaxChannels = 8;
+
+constexpr const char* Keys[] = {
+    "NoteIndex",        "value",          "parameterDry",   "parameterWet",
+    "parameterPitch",   "parameterCents", "parameterWidth", "parameterFrequency",
+    "parameterOctaves", "StepItemCount",  "StepDepth",      "Item0",
+    "Item31",
+};
+
+class Driver
+{
+public:
+    explicit Driver(FuzzedDataProvider& source) : data(source)
+    {
+        Call(MPluginCommand::SetHost);
+        info = reinterpret_cast<MPluginInfo*>(Call(MPluginCommand::GetInfo));
+        decoder.AddListener(*info->midiProcessor, MMIDIProcessorBase::AllChannels);
+    }
+    ~Driver() { Call(MPluginCommand::Destroy); }
+    Driver(const Driver&) = delete;
+    Driver& operator=(const Driver&) = delete;
+
+    void Step()
+    {
+        switch (data.ConsumeIntegralInRange(0, 6))
+        {
+        case 0:
+            Load();
+            break;
+        case 1:
+            TypeText();
+            break;
+        case 2:
+            SendMidi();
+            break;
+        case 3:
+            Call(MPluginCommand::InitProcessing, data.ConsumeIntegral<std::int32_t>(),
+                 data.ConsumeIntegral<std::int32_t>());
+            break;
+        case 4:
+            info->FindParameter(data.ConsumeIntegralInRange(0, 7))
+                ->SetModulated(data.ConsumeBool());
+            Call(MPluginCommand::ParameterChanged, data.ConsumeIntegral<std::int8_t>());
+            break;
+        default:
+            PlayBlock();
+            break;
+        }
+    }
+
+private:
+    std::intptr_t Call(MPluginCommand command, std::intptr_t a0 = 0, std::intptr_t a1 = 0,
+                       std::intptr_t a2 = 0, std::intptr_t a3 = 0)
+    {
+        const MPluginCommandArguments arguments(a0, a1, a2, a3);
+        const std::intptr_t result = TonvaleAudioEffectPluginInterface(
+            plugin, static_cast<std::int32_t>(command), &arguments);
+        if (command == MPluginCommand::SetHost)
+            plugin = reinterpret_cast<void*>(result);
+        return result;
+    }
+
+    void SetAttributes(MXMLItem& item)
+    {
+        for (int i = data.ConsumeIntegralInRange(0, 4); i > 0; --i)
+            item.SetAttribute(data.PickValueInArray(Keys),
+                              MString::FromUTF8(data.ConsumeRandomLengthString(24)));
+    }
+
+    void Load()
+    {
+        MXMLItem item("settings");
+        SetAttributes(item);
+        SetAttributes(item.AddSubItem("Shape"));
+        SetAttributes(item.GetOrAddSubItem("Shape").AddSubItem("Step"));
+        Call(MPluginCommand::Load, reinterpret_cast<std::intptr_t>(&item));
+        Call(MPluginCommand::Store, reinterpret_cast<std::intptr_t>(&item));
+    }
+
+    void TypeText()
+    {
+        const int index = data.ConsumeIntegralInRange(0, 7);
+        MPluginParameterRecord& record = *info->FindParameter(index);
+        record.ParseValueText(MString::FromUTF8(data.ConsumeRandomLengthString(24)));
+        // Who takes typed texts limits them.
+        if (record.type == MParameterType::Float)
+            record.range.asFloat.value =
+                std::min(std::max(double{record.range.asFloat.value}, record.range.asFloat.min),
+                         record.range.asFloat.max);
+        record.GetValueText();
+        Call(MPluginCommand::ParameterChanged, index);
+    }
+
+    void SendMidi()
+    {
+        const std::array<std::uint8_t, 3> bytes = {data.ConsumeIntegral<std::uint8_t>(),
+                                                   data.ConsumeIntegral<std::uint8_t>(),
+                                                   data.ConsumeIntegral<std::uint8_t>()};
+        decoder.ProcessMIDIEvent(data.ConsumeIntegral<std::int16_t>(), bytes.data());
+    }
+
+    void PlayBlock()
+    {
+        std::array<std::array<float, MaxBlock>, MaxChannels> blocks{};
+        std::array<const float*, MaxChannels> inputs{};
+        std::array<float*, MaxChannels> outputs{};
+        std::array<float, MaxBlock> input{};
+        input.fill(0.5f);
+        for (std::size_t channel = 0; channel < MaxChannels; ++channel)
+        {
+            inputs[channel] = data.ConsumeBool() ? input.data() : nullptr;
+            outputs[channel] = data.ConsumeBool() ? blocks[channel].data() : nullptr;
+        }
+        const int samples = data.ConsumeIntegralInRange(-1, MaxBlock);
+        Call(MPluginCommand::Process, 0, reinterpret_cast<std::intptr_t>(inputs.data()),
+             reinterpret_cast<std::intptr_t>(outputs.data()), samples);
+        for (const auto& block : blocks)
+            for (const float sample : block)
+                if (!(std::abs(sample) <= 2.0f))
+                    std::abort();
+    }
+
+    FuzzedDataProvider& data;
+    void* plugin = nullptr;
+    MPluginInfo* info = nullptr;
+    MMIDIProcessor decoder;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+{
+    FuzzedDataProvider data(bytes, size);
+    Driver driver(data);
+    while (data.remaining_bytes() > 0)
+        driver.Step();
+    return 0;
+}
