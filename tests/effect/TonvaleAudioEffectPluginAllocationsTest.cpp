@@ -14,7 +14,7 @@ namespace
 thread_local bool isCounting = false;
 thread_local int allocations = 0;
 
-void Count()
+[[maybe_unused]] void Count()
 {
     allocations += isCounting ? 1 : 0;
 }
