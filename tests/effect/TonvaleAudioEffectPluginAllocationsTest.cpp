@@ -23,6 +23,8 @@ thread_local int allocations = 0;
 
 // The sanitizers stand in for the allocator themselves; operator new ends up here.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
+// The names are the C library's.
 extern "C"
 {
     void* __libc_malloc(std::size_t size);
@@ -45,6 +47,7 @@ extern "C"
         __libc_free(block);
     }
 }
+// NOLINTEND(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
 constexpr bool CanCount = true;
 #else
 constexpr bool CanCount = false;

@@ -42,21 +42,20 @@ WavWriter::WavWriter(const std::filesystem::path& path, int channels, int rate)
     info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
 
     errno = 0;
-    file = sf_open(temporary.c_str(), SFM_WRITE, &info);
-    if (file == nullptr)
+    file.reset(sf_open(temporary.c_str(), SFM_WRITE, &info));
+    if (!file)
     {
         const std::string reason = errno != 0 ? SystemReason(errno) : sf_strerror(nullptr);
         RemoveTemporary();
         Fail(reason);
     }
     // It would hold the time of day, and equal renders would differ.
-    sf_command(file, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+    sf_command(file.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
 }
 
 WavWriter::~WavWriter()
 {
-    if (file != nullptr)
-        sf_close(file);
+    file.reset();
     if (!isCommitted)
         RemoveTemporary();
 }
@@ -76,9 +75,7 @@ void WavWriter::Commit()
 {
     Flush();
     errno = 0;
-    SNDFILE* const closing = file;
-    file = nullptr;
-    if (sf_close(closing) != 0)
+    if (sf_close(file.release()) != 0)
         Fail(errno != 0 ? SystemReason(errno) : "it cannot be finished");
     std::error_code error;
     std::filesystem::rename(temporary, target, error);
@@ -91,8 +88,8 @@ void WavWriter::Flush()
 {
     const auto samples = static_cast<sf_count_t>(pending.size());
     errno = 0;
-    if (sf_write_float(file, pending.data(), samples) != samples)
-        Fail(errno != 0 ? SystemReason(errno) : sf_strerror(file));
+    if (sf_write_float(file.get(), pending.data(), samples) != samples)
+        Fail(errno != 0 ? SystemReason(errno) : sf_strerror(file.get()));
     pending.clear();
 }
 

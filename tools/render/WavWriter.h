@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include <sndfile.h>
@@ -29,6 +31,11 @@ public:
     void Commit();
 
 private:
+    struct Closer
+    {
+        void operator()(SNDFILE* open) const { sf_close(open); }
+    };
+
     void Flush();
     void RemoveTemporary() const noexcept;
     [[noreturn]] void Fail(const std::string& reason) const;
@@ -36,7 +43,7 @@ private:
     std::filesystem::path target;
     std::filesystem::path temporary;
     SF_INFO info{};
-    SNDFILE* file = nullptr;
+    std::unique_ptr<SNDFILE, Closer> file;
     bool isCommitted = false;
     std::vector<float> pending; ///< interleaved
 };
