@@ -10,8 +10,9 @@ class MAudioEffectPlugin : public MPlugin
 public:
     std::intptr_t Dispatch(std::int32_t command, const MPluginCommandArguments* arguments) override;
 
-    /// Prepares for @p channels (0 to 8) at @p rate Hz; sound starts anew. The caller follows with
-    /// Update and ResetParameterRamps. Not during a block. Answers 0.
+    /// Prepares for @p channels (0 to 8) at @p rate Hz; sound starts anew. A direct caller follows
+    /// with Update and ResetParameterRamps, which the command does by itself. Not during a block.
+    /// Answers 0.
     virtual std::int32_t InitProcessing(std::int32_t channels, std::int32_t rate) = 0;
     virtual void InitProcessingDone() {}
     /// Makes one block. @p inputs and @p outputs point to one block of @p samples per channel; a

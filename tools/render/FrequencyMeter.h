@@ -9,7 +9,7 @@
 /// A coarse period comes from how the sound resembles itself; the phase by which its strongest
 /// harmonic moves from one Hann window to a later one then gives the rest, with windows that grow
 /// as the estimate gets better. They hold whole cycles, so that offset and other harmonics fall on
-/// their zeros. A clean tone of a tenth of a second is measured to about 1e-4 cent.
+/// their zeros. A clean tone of a tenth of a second is measured to better than 1e-6 cent.
 class FrequencyMeter
 {
 public:

@@ -25,7 +25,7 @@ MStringFormatter::MStringFormatter(const MString& format) : state(std::make_shar
         char16_t character = format.CharAt(position++);
         if (character == u'{' && format.CharAt(position) != u'{')
         {
-            position = ReadSpecification(format, position);
+            position = ReadPlaceholder(format, position);
             continue;
         }
         if (character == u'{' || character == u'}')
@@ -38,7 +38,7 @@ MStringFormatter::MStringFormatter(const MString& format) : state(std::make_shar
     }
 }
 
-int MStringFormatter::ReadSpecification(const MString& format, int position)
+int MStringFormatter::ReadPlaceholder(const MString& format, int position)
 {
     int digits = 0;
     const std::int64_t number = format.Mid(position, 3).ToInteger(10, &digits);

@@ -8,7 +8,7 @@
 
 /// Fills a text with numbered arguments: MStringFormatter("{0;.1} dB").Add(gainDb).Result().
 ///
-/// A specification is "{", the argument's number (0 to 31; none means 0), options, "}". Options:
+/// A placeholder is "{", the argument's number (0 to 31; none means 0), options, "}". Options:
 /// ".N" decimals of a double (4 without it), "0N" and " N" least number of digits of an integer and
 /// what fills it up, "+" a plus sign before positive numbers, "x" hexadecimal; anything else is
 /// skipped. "{{" stands for "{", and the character behind a "}" is literal.
@@ -54,8 +54,8 @@ private:
         int next = 0;
     };
 
-    /// Reads the specification behind the "{" before @p position; returns the position behind "}".
-    int ReadSpecification(const MString& format, int position);
+    /// Reads the placeholder behind the "{" before @p position; returns the position behind "}".
+    int ReadPlaceholder(const MString& format, int position);
     const Argument& Next() const noexcept;
     void InsertNext(const MString& text);
 
