@@ -20,9 +20,8 @@ std::intptr_t MPlugin::Dispatch(std::int32_t command, const MPluginCommandArgume
         return reinterpret_cast<std::intptr_t>(
             SetHost(pointer(0), reinterpret_cast<MPluginCall>(value(1))));
     case MPluginCommand::Destroy:
-    { // lets a block in progress finish; the lock itself may die with this object
-        const MLockGuard guard(*lock);
-    }
+        // Lets a block in progress finish; the lock itself may die with this object.
+        static_cast<void>(MLockGuard(*lock));
         delete this;
         return 0;
     case MPluginCommand::GetInfo:
