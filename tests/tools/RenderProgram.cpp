@@ -40,9 +40,9 @@ RenderProgram::Result RenderProgram::RunLimited(const std::filesystem::path& fol
                                                 const std::vector<std::string>& arguments)
 {
     // bash counts in units of 1024 bytes. A write beyond fails, as on a full disk, once the signal
-    // that would end the program is ignored.
-    const std::string script =
-        "trap '' XFSZ; ulimit -f " + std::to_string(kibibytes) + "; exec \"$0\" \"$@\"";
+    // that would end the program is ignored. Where coverage is counted, it may complain elsewhere.
+    const std::string script = "trap '' XFSZ; export GCOV_ERROR_FILE=/dev/null; ulimit -f " +
+                               std::to_string(kibibytes) + "; exec \"$0\" \"$@\"";
     return RenderProgram(folder, CommandLine({"/bin/bash", "-c", script}, arguments), 0).Wait();
 }
 
