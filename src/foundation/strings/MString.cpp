@@ -5,12 +5,18 @@
 #include <atomic>
 #include <bit>
 #include <charconv>
+#include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 #include <system_error>
+#include <vector>
 
+#include "foundation/limits.h"
+#include "foundation/strings/Folding.h"
 #include "foundation/threads/MException.h"
 
 /// Header of the shared form; the terminated characters follow directly.
@@ -29,12 +35,66 @@ struct MString::Block
 namespace
 {
 
-constexpr std::int64_t MaxCharacters = std::int64_t{1} << 30;
+constexpr std::size_t TooManyCharacters = limits::TextCharacters + std::size_t{1};
 
-constexpr char16_t Fold(char16_t character) noexcept
+constexpr char16_t ToLowerASCII(char16_t character) noexcept
 {
     return character >= u'A' && character <= u'Z' ? static_cast<char16_t>(character + 32)
                                                   : character;
+}
+
+/// What a character counts as in a comparison.
+char16_t Fold(char16_t character) noexcept
+{
+    return ToLowerASCII(character < FirstFolded ? character : FoldToBaseLetter(character));
+}
+
+constexpr bool IsLetterASCII(char16_t character) noexcept
+{
+    const char16_t lower = ToLowerASCII(character);
+    return lower >= u'a' && lower <= u'z';
+}
+
+/// From either form of a text to 16 bits.
+struct Wider
+{
+    char16_t operator()(signed char character) const noexcept { return MString::Widen(character); }
+    char16_t operator()(char16_t character) const noexcept { return character; }
+};
+
+/// To ASCII, with "?" for what is none.
+struct Narrower
+{
+    template <typename Character>
+    char operator()(Character character) const noexcept
+    {
+        const char16_t wide = Wider{}(character);
+        return wide < 0x80 ? static_cast<char>(wide) : '?';
+    }
+};
+
+/// The difference of the first characters that differ within the shorter text, whose end counts as
+/// a terminator; both stop at a terminator that they share.
+template <typename A, typename B>
+int CompareFolded(std::span<const A> a, std::span<const B> b) noexcept
+{
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i)
+    {
+        const char16_t left = Wider{}(a[i]);
+        const char16_t right = Wider{}(b[i]);
+        if (left == right)
+        {
+            if (left == 0)
+                return 0;
+            continue;
+        }
+        if (const int difference = Fold(left) - Fold(right); difference != 0)
+            return difference;
+    }
+    const char16_t left = common < a.size() ? Wider{}(a[common]) : u'\0';
+    const char16_t right = common < b.size() ? Wider{}(b[common]) : u'\0';
+    return Fold(left) - Fold(right);
 }
 
 constexpr bool IsBlank(char character) noexcept
@@ -66,21 +126,19 @@ bool IsTooLarge(std::string_view digits) noexcept
 MString FromDigits(std::uint64_t magnitude, bool isNegative, int radix, int width, char16_t fill)
 {
     std::array<char16_t, 64> digits{};
-    int count = 0;
+    std::size_t first = digits.size();
     do
     {
-        digits[static_cast<std::size_t>(count++)] =
-            u"0123456789ABCDEF"[magnitude % static_cast<unsigned>(radix)];
+        digits[--first] = u"0123456789ABCDEF"[magnitude % static_cast<unsigned>(radix)];
         magnitude /= static_cast<unsigned>(radix);
     } while (magnitude != 0);
 
+    const std::u16string_view text(digits.data() + first, digits.size() - first);
     MString result;
     if (isNegative)
         result.Append(u'-');
-    for (int i = count; i < width; ++i)
-        result.Append(fill);
-    while (count > 0)
-        result.Append(digits[static_cast<std::size_t>(--count)]);
+    result.AppendFill(width - static_cast<int>(text.size()), fill);
+    result.AppendChars(text);
     return result;
 }
 
@@ -126,6 +184,43 @@ MString& MString::operator=(MString&& other) noexcept
     std::swap(length, other.length);
     std::swap(isLiteral, other.isLiteral);
     return *this;
+}
+
+MString MString::FromNarrow(std::string_view characters)
+{
+    MString result;
+    if (characters.empty())
+        return result;
+    std::ranges::transform(characters, result.Open(0, characters.size()),
+                           [](char character)
+                           { return Widen(static_cast<signed char>(character)); });
+    return result;
+}
+
+MString MString::FromUTF16(std::u16string_view characters)
+{
+    MString result;
+    if (!characters.empty())
+        std::ranges::copy(characters, result.Open(0, characters.size()));
+    return result;
+}
+
+MString MString::FromCharacter(char16_t character)
+{
+    MString result;
+    result.Append(character);
+    return result;
+}
+
+MString MString::Print(const char* format, ...)
+{
+    std::array<char, 8192> buffer;
+    va_list arguments;
+    va_start(arguments, format);
+    const int printed = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+    va_end(arguments);
+    const auto size = std::min(static_cast<std::size_t>(std::max(printed, 0)), buffer.size() - 1);
+    return FromNarrow({buffer.data(), size});
 }
 
 MString MString::FromUTF8(std::string_view utf8)
@@ -191,16 +286,11 @@ std::string MString::ToUTF8() const
 MString MString::FromDouble(double value, int decimals)
 {
     // 309 digits, the sign, the point and up to 99 decimals.
-    std::array<char, 420> digits{};
-    char* const end = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed,
-                                    std::clamp(decimals, 0, 99))
-                          .ptr;
-    MString result;
-    char16_t* const target = result.EnsureWritable(end - digits.data());
-    std::copy(digits.data(), end, target);
-    result.length = static_cast<std::int32_t>(end - digits.data());
-    target[result.length] = 0;
-    return result;
+    std::array<char, 420> digits;
+    const char* const end = std::to_chars(digits.begin(), digits.end(), value,
+                                          std::chars_format::fixed, std::clamp(decimals, 0, 99))
+                                .ptr;
+    return FromNarrow({digits.data(), static_cast<std::size_t>(end - digits.data())});
 }
 
 MString MString::FromInteger(std::int64_t value, int radix, int width, char16_t fill)
@@ -212,15 +302,6 @@ MString MString::FromInteger(std::int64_t value, int radix, int width, char16_t 
 MString MString::FromUnsigned(std::uint64_t value, int radix, int width, char16_t fill)
 {
     return FromDigits(value, false, radix, width, fill);
-}
-
-char16_t MString::CharAt(int index) const noexcept
-{
-    if (index < 0 || index >= length)
-        return 0;
-    if (isLiteral)
-        return static_cast<char16_t>(static_cast<const signed char*>(text)[index]);
-    return static_cast<const char16_t*>(text)[index];
 }
 
 void MString::Clear() noexcept
@@ -236,11 +317,21 @@ void MString::Append(const MString& other)
     Insert(length, other);
 }
 
-void MString::Append(char16_t character)
+void MString::AppendFill(int count, char16_t character)
 {
-    char16_t* const characters = EnsureWritable(std::int64_t{length} + 1);
-    characters[length++] = character;
-    characters[length] = 0;
+    if (count > 0)
+        std::fill_n(Open(length, static_cast<std::size_t>(count)), count, character);
+}
+
+void MString::AppendChars(std::u16string_view characters)
+{
+    if (characters.empty())
+        return;
+    const std::less<const void*> isBefore;
+    const bool areOwn = !isBefore(characters.data(), text) &&
+                        isBefore(characters.data(), Wide() + (isLiteral ? 0 : length));
+    const MString kept = areOwn ? *this : MString(); // what is written moves to another block
+    std::ranges::copy(characters, Open(length, characters.size()));
 }
 
 void MString::Insert(int position, const MString& other)
@@ -248,13 +339,42 @@ void MString::Insert(int position, const MString& other)
     if (other.IsEmpty())
         return;
     const MString inserted = other; // other may be this text
-    const int at = std::clamp(position, 0, int{length});
-    char16_t* const characters = EnsureWritable(std::int64_t{length} + inserted.length);
-    std::copy_backward(characters + at, characters + length, characters + length + inserted.length);
-    for (int i = 0; i < inserted.length; ++i)
-        characters[at + i] = inserted.CharAt(i);
-    length += inserted.length;
-    characters[length] = 0;
+    char16_t* const gap =
+        Open(std::clamp(position, 0, int{length}), static_cast<std::size_t>(inserted.length));
+    inserted.WithCharacters([gap](auto characters)
+                            { std::ranges::transform(characters, gap, Wider{}); });
+}
+
+void MString::Erase(int position, int count)
+{
+    if (position < 0 || position >= length || count <= 0)
+        return;
+    count = std::min(count, length - position);
+    char16_t* const characters = EnsureWritable(length);
+    std::copy(characters + position + count, characters + length + 1, characters + position);
+    length -= count;
+}
+
+int MString::ReplaceChar(char16_t character, const MString& replacement)
+{
+    const MString inserted = replacement; // it may be this text
+    int replaced = 0;
+    for (int at = Find(character); at >= 0; at = Find(character, at + inserted.length))
+    {
+        Erase(at, 1);
+        Insert(at, inserted);
+        ++replaced;
+    }
+    return replaced;
+}
+
+void MString::NormalizeWhitespace()
+{
+    if (IsEmpty())
+        return;
+    char16_t* const characters = EnsureWritable(length);
+    std::replace_if(
+        characters, characters + length, [](char16_t character) { return character < 33; }, u' ');
 }
 
 MString MString::Mid(int position, int count) const
@@ -265,21 +385,107 @@ MString MString::Mid(int position, int count) const
     if (count == length)
         return *this;
     MString result;
-    char16_t* const characters = result.EnsureWritable(count);
-    for (int i = 0; i < count; ++i)
-        characters[i] = CharAt(position + i);
-    characters[count] = 0;
-    result.length = count;
+    char16_t* const target = result.Open(0, static_cast<std::size_t>(count));
+    WithCharacters(
+        [&](auto characters)
+        {
+            std::ranges::transform(characters.subspan(static_cast<std::size_t>(position),
+                                                      static_cast<std::size_t>(count)),
+                                   target, Wider{});
+        });
     return result;
+}
+
+MString MString::ToUpper() const
+{
+    if (IsEmpty())
+        return {};
+    MString result = *this;
+    char16_t* const characters = result.EnsureWritable(length);
+    std::transform(characters, characters + length, characters,
+                   [](char16_t character)
+                   {
+                       return character >= u'a' && character <= u'z'
+                                  ? static_cast<char16_t>(character - 32)
+                                  : character;
+                   });
+    return result;
+}
+
+int MString::Find(char16_t character, int from) const noexcept
+{
+    for (int i = std::max(from, 0); i < length; ++i)
+        if (CharAt(i) == character)
+            return i;
+    return -1;
+}
+
+int MString::FindLast(char16_t character, int from) const noexcept
+{
+    for (int i = std::min(from, length - 1); i >= 0; --i)
+        if (CharAt(i) == character)
+            return i;
+    return -1;
 }
 
 int MString::Compare(const MString& other) const noexcept
 {
-    const int common = std::min(length, other.length);
-    for (int i = 0; i < common; ++i)
-        if (const int difference = Fold(CharAt(i)) - Fold(other.CharAt(i)); difference != 0)
-            return difference;
-    return Fold(CharAt(common)) - Fold(other.CharAt(common));
+    return WithCharacters(
+        [&other](auto own) {
+            return other.WithCharacters([own](auto others) { return CompareFolded(own, others); });
+        });
+}
+
+int MString::Compare(int position, const MString& other, int otherPosition,
+                     int maxCount) const noexcept
+{
+    const auto part = [maxCount](auto characters, int start)
+    {
+        const std::size_t from =
+            std::min(static_cast<std::size_t>(std::max(start, 0)), characters.size());
+        const std::size_t count = static_cast<std::size_t>(std::max(maxCount, 0));
+        return characters.subspan(from, std::min(count, characters.size() - from));
+    };
+    return WithCharacters(
+        [&](auto own)
+        {
+            return other.WithCharacters(
+                [&](auto others)
+                { return CompareFolded(part(own, position), part(others, otherPosition)); });
+        });
+}
+
+std::int32_t MString::Hash() const noexcept
+{
+    const int stride = length < 16 ? 1 : 4;
+    const int count = length < 16 ? length : std::min(length / 4, 8);
+    std::int32_t hash = 0;
+    for (int i = 0; i < count; i += stride)
+        hash ^= static_cast<signed char>(ToLowerASCII(CharAt(i))) << i;
+    return hash;
+}
+
+int MString::MatchScore(const MString& query) const noexcept
+{
+    int score = 0;
+    for (int start = 0; start < length; ++start)
+    {
+        int end = start;
+        while (IsLetterASCII(CharAt(end)))
+            ++end;
+        int longest = 0;
+        for (int at = 0; at < query.length && longest < end - start; ++at)
+        {
+            int run = 0;
+            while (run < end - start && at + run < query.length &&
+                   ToLowerASCII(CharAt(start + run)) == ToLowerASCII(query.CharAt(at + run)))
+                ++run;
+            longest = std::max(longest, run);
+        }
+        score += longest;
+        start = end;
+    }
+    return score;
 }
 
 std::int64_t MString::ToInteger(int radix, int* consumed) const noexcept
@@ -291,7 +497,7 @@ std::int64_t MString::ToInteger(int radix, int* consumed) const noexcept
     std::uint64_t magnitude = 0;
     for (; position < length; ++position)
     {
-        const char16_t character = Fold(CharAt(position));
+        const char16_t character = ToLowerASCII(CharAt(position));
         const int digit = character >= u'0' && character <= u'9' ? character - u'0'
                           : radix > 10 && character >= u'a' && character <= u'f'
                               ? character - u'a' + 10
@@ -301,7 +507,7 @@ std::int64_t MString::ToInteger(int radix, int* consumed) const noexcept
         magnitude = magnitude * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
     }
     if (consumed != nullptr)
-        *consumed = position;
+        *consumed = radix == 10 ? position : int{isNegative};
     return static_cast<std::int64_t>(isNegative ? 0 - magnitude : magnitude);
 }
 
@@ -314,9 +520,17 @@ double MString::ToDouble() const
 
 bool MString::ReadDouble(double& value) const
 {
-    const std::string narrow = ToNarrow();
-    const char* start = std::find_if_not(narrow.data(), narrow.data() + narrow.size(), IsBlank);
-    const char* const end = narrow.data() + narrow.size();
+    // Display texts fit the array; numbers of thousands of digits do not.
+    std::array<char, 128> shortText;
+    std::vector<char> longText;
+    const auto size = static_cast<std::size_t>(length);
+    if (size > shortText.size())
+        longText.resize(size);
+    char* const narrow = size > shortText.size() ? longText.data() : shortText.data();
+    WithCharacters([narrow](auto characters)
+                   { std::ranges::transform(characters, narrow, Narrower{}); });
+    const char* const end = narrow + size;
+    const char* start = std::find_if_not(static_cast<const char*>(narrow), end, IsBlank);
     if (start + 1 < end && *start == '+' && start[1] != '-')
         ++start;
 
@@ -341,7 +555,7 @@ bool MString::ReadDouble(double& value) const
 
 char16_t* MString::EnsureWritable(std::int64_t capacity)
 {
-    if (capacity > MaxCharacters)
+    if (capacity > limits::TextCharacters)
         throw MException("String is too long.", MException::BadArgument);
     const auto characters = static_cast<std::size_t>(std::max<std::int64_t>(capacity, length)) + 1;
     const std::size_t bytes = std::bit_ceil(characters * sizeof(char16_t) + sizeof(Block));
@@ -364,24 +578,28 @@ char16_t* MString::EnsureWritable(std::int64_t capacity)
     if (memory == nullptr)
         throw std::bad_alloc();
     Block* const block = new (memory) Block{static_cast<std::int32_t>(bytes), 1};
-    for (int i = 0; i <= length; ++i)
-        block->Characters()[i] = CharAt(i);
+    WithCharacters([block](auto present)
+                   { std::ranges::transform(present, block->Characters(), Wider{}); });
+    block->Characters()[length] = 0;
     Release();
     text = block->Characters();
     isLiteral = false;
     return block->Characters();
 }
 
+char16_t* MString::Open(int position, std::size_t count)
+{
+    char16_t* const characters =
+        EnsureWritable(length + static_cast<std::int64_t>(std::min(count, TooManyCharacters)));
+    char16_t* const gap = characters + position;
+    std::copy_backward(gap, characters + length, characters + length + count);
+    length += static_cast<std::int32_t>(count);
+    characters[length] = 0;
+    return gap;
+}
+
 void MString::Release() noexcept
 {
     if (!isLiteral && Block::Of(text)->holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
         std::free(Block::Of(text));
-}
-
-std::string MString::ToNarrow() const
-{
-    std::string narrow(static_cast<std::size_t>(length), ' ');
-    for (int i = 0; i < length; ++i)
-        narrow[static_cast<std::size_t>(i)] = CharAt(i) < 0x80 ? static_cast<char>(CharAt(i)) : '?';
-    return narrow;
 }

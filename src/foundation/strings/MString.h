@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -9,13 +10,15 @@
 /// block that copies share and that is copied before the first change (copy on write).
 /// Copies may live on different threads (the count of holders is atomic); one object may not be
 /// changed by two threads at once. Copying never allocates, the last holder frees.
+/// What makes a text longer throws MException (2) "String is too long." beyond
+/// limits::TextCharacters.
 class MString
 {
 public:
     /// The empty literal.
     MString() noexcept = default;
-    /// Points at @p literal, which has to outlive this text and all its copies; each char is one
-    /// character. Null is the empty text.
+    /// Points at @p literal, which has to outlive this text and all its copies. Each char is one
+    /// character, from 0x80 on with the sign extended to 16 bits. Null is the empty text.
     MString(const char* literal) noexcept;
     MString(const MString& other) noexcept;
     MString(MString&& other) noexcept;
@@ -23,7 +26,14 @@ public:
     MString& operator=(MString&& other) noexcept;
     ~MString() { Release(); }
 
-    /// A copy of UTF-8 text. A byte that is not UTF-8 becomes U+FFFD.
+    /// Copies, with each char widened as in a literal.
+    static MString FromNarrow(std::string_view characters);
+    static MString FromUTF16(std::u16string_view characters);
+    static MString FromCharacter(char16_t character);
+    /// As printf does it, cut to 8,191 bytes. The empty text for a format that cannot be printed.
+    [[gnu::format(printf, 1, 2)]] static MString Print(const char* format, ...);
+
+    /// Decodes and encodes as MEncoding::UTF8Codec does.
     static MString FromUTF8(std::string_view utf8);
     std::string ToUTF8() const;
 
@@ -40,23 +50,73 @@ public:
     int Length() const noexcept { return length; }
     bool IsEmpty() const noexcept { return length == 0; }
     /// The character at @p index, which is 0 to Length() - 1; 0 outside.
-    char16_t CharAt(int index) const noexcept;
+    char16_t CharAt(int index) const noexcept
+    {
+        if (index < 0 || index >= length)
+            return 0;
+        return isLiteral ? Widen(Narrow()[index]) : Wide()[index];
+    }
+    /// Calls @p use with the characters as they lie, a std::span of const signed char (each of them
+    /// to be widened) or of const char16_t, and returns what it does.
+    template <typename Use>
+    decltype(auto) WithCharacters(Use&& use) const
+    {
+        const auto size = static_cast<std::size_t>(length);
+        return isLiteral ? use(std::span<const signed char>(Narrow(), size))
+                         : use(std::span<const char16_t>(Wide(), size));
+    }
+    /// A character of a literal.
+    static constexpr char16_t Widen(signed char character) noexcept
+    {
+        return static_cast<char16_t>(character);
+    }
 
     void Clear() noexcept;
     void Append(const MString& other);
-    void Append(char16_t character);
+    void Append(char16_t character) { AppendFill(1, character); }
+    /// @p count times @p character; nothing for a count below 1.
+    void AppendFill(int count, char16_t character);
+    /// @p characters may be part of this text.
+    void AppendChars(std::u16string_view characters);
     /// A position beyond the end is the end, a negative one the start.
     void Insert(int position, const MString& other);
-    /// At most @p count characters from @p position on; empty for a position outside the text.
-    MString Mid(int position, int count) const;
+    void Insert(int position, char16_t character) { Insert(position, FromCharacter(character)); }
+    /// Removes at most @p count characters; nothing for a negative position or a count below 1.
+    void Erase(int position, int count);
+    /// Puts @p replacement in the place of each @p character that stood here before; returns their
+    /// number.
+    int ReplaceChar(char16_t character, const MString& replacement);
+    /// Makes every character below 33 a blank.
+    void NormalizeWhitespace();
 
-    /// Negative, 0 or positive like the first difference of the texts. Case does not matter, and
-    /// equality in this sense is what names, keys and attributes mean by equal.
+    /// At most @p count characters from @p position on; empty for a position outside the text.
+    /// The whole text is shared, any other part copied.
+    MString Mid(int position, int count) const;
+    /// With a to z in upper case; all other letters stay.
+    MString ToUpper() const;
+
+    /// The first @p character at or behind @p from, or -1.
+    int Find(char16_t character, int from = 0) const noexcept;
+    /// The last @p character at or before @p from, which is cut to the last one; or -1.
+    int FindLast(char16_t character, int from) const noexcept;
+
+    /// The difference of the first characters that differ, 0 if none does. Neither case nor
+    /// diacritics count ("Résumé" is "RESUME"), and equality in this sense is what names, keys and
+    /// attributes mean by equal.
     int Compare(const MString& other) const noexcept;
+    /// The same for at most @p maxCount characters from each position on, which is 0 or more.
+    int Compare(int position, const MString& other, int otherPosition, int maxCount) const noexcept;
+    /// The same value for texts that differ in the case of ASCII letters alone, for tables of 32
+    /// buckets. Deliberately thin: of texts from 16 characters on, only the first character counts,
+    /// and from 20 on the fifth.
+    std::int32_t Hash() const noexcept;
+    /// How well @p query speaks of this text: for each word of this text (ASCII letters in a row)
+    /// the longest start that stands anywhere in @p query, in characters, all added up.
+    int MatchScore(const MString& query) const noexcept;
 
     /// An optional "-" and digits; the number ends at the first other character, and no digits are
-    /// 0. @p radix is 2 to 16. @p consumed, unless null, receives the number of characters used
-    /// (meaningful in radix 10).
+    /// 0. @p radix is 2 to 16. Overflow wraps. @p consumed, unless null, receives the number of
+    /// characters used in radix 10; in any other radix 1 for a "-", else 0.
     std::int64_t ToInteger(int radix = 10, int* consumed = nullptr) const noexcept;
     /// The number that the text begins with, behind white space and a "+"; 0 if there is none,
     /// "nan" and "inf" included. Beyond the range of a double: the largest finite one.
@@ -67,11 +127,15 @@ public:
 private:
     struct Block;
 
+    const signed char* Narrow() const noexcept { return static_cast<const signed char*>(text); }
+    const char16_t* Wide() const noexcept { return static_cast<const char16_t*>(text); }
+
     /// Makes the text a block of its own with room for @p capacity characters, which keeps the
-    /// present ones. @throws MException (2) "String is too long." beyond 2^30 characters.
+    /// present ones.
     char16_t* EnsureWritable(std::int64_t capacity);
+    /// Makes room for @p count more characters at @p position, and their end the text's new end.
+    char16_t* Open(int position, std::size_t count);
     void Release() noexcept;
-    std::string ToNarrow() const;
 
     /// Points at chars if isLiteral, else at the characters of a Block.
     const void* text = "";

@@ -155,8 +155,9 @@ TEST(MString, ReadsIntegersUpToTheFirstOtherCharacter)
         {"-12x", 10, -12, 3},
         {"x", 10, 0, 0},
         {"-", 10, 0, 1},
-        {"fF", 16, 255, 2},
-        {"12", 2, 1, 1},
+        {"fF", 16, 255, 0},
+        {"-fG", 16, -15, 1},
+        {"12", 2, 1, 0},
         {"-9223372036854775808", 10, std::numeric_limits<std::int64_t>::min(), 20},
     };
     for (const Case& row : Cases)

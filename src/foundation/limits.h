@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// How much of what strangers send is read before it is refused. They only bound memory, depth and
+/// time: honest data stay far below. What goes beyond throws MException (256), unless told, before
+/// anything of an old state is touched.
+namespace limits
+{
+
+/// Code 2, "String is too long."
+constexpr std::int32_t TextCharacters = 1 << 30;
+
+/// Numbers of arguments in a format are 0 to 31, code 2.
+constexpr int FormatArguments = 32;
+
+/// Of an item tree, when inflated.
+constexpr std::int64_t InflatedTreeBytes = std::int64_t{128} << 20;
+
+constexpr int XMLDepth = 512;
+constexpr int XMLItems = 1'000'000;
+constexpr std::size_t XMLAttributes = 4096;            ///< of one element
+constexpr std::size_t XMLNameCharacters = 4096;        ///< of an element or attribute
+constexpr std::size_t XMLTextCharacters = 64UL << 20U; ///< of an attribute value or an item
+
+/// Of the attachment of a resource pack; the tree before it may be as long as the source.
+constexpr std::int64_t AttachmentBytes = std::int64_t{512} << 20;
+
+} // namespace limits
