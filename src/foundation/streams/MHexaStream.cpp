@@ -1,0 +1,111 @@
+#include "foundation/streams/MHexaStream.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "foundation/threads/MException.h"
+
+namespace
+{
+
+constexpr std::size_t PieceBytes = 64;
+constexpr std::string_view Digits = "0123456789ABCDEF";
+
+/// Beside 0 to 15, what a character can mean.
+constexpr signed char Other = -1;
+constexpr signed char WhiteSpace = -2;
+
+constexpr auto Meanings = []
+{
+    std::array<signed char, 256> table{};
+    table.fill(Other);
+    for (const char blank : std::string_view(" \t\n\v\f\r"))
+        table[static_cast<std::size_t>(blank)] = WhiteSpace;
+    for (std::size_t digit = 0; digit < Digits.size(); ++digit)
+    {
+        table[static_cast<std::size_t>(Digits[digit])] = static_cast<signed char>(digit);
+        if (digit >= 10)
+            table[static_cast<std::size_t>(Digits[digit] - 'A' + 'a')] =
+                static_cast<signed char>(digit);
+    }
+    return table;
+}();
+
+/// Writes the two digits of each byte from @p text on.
+template <typename Character>
+void WriteDigits(std::span<const std::byte> bytes, Character* text) noexcept
+{
+    for (const std::byte byte : bytes)
+    {
+        *text++ = static_cast<Character>(Digits[std::to_integer<unsigned>(byte) >> 4U]);
+        *text++ = static_cast<Character>(Digits[std::to_integer<unsigned>(byte) & 15U]);
+    }
+}
+
+[[noreturn]] void ThrowBadText()
+{
+    throw MException("Could not read required data from stream.", MException::BadData);
+}
+
+} // namespace
+
+void MHexaStream::Write(std::span<const std::byte> bytes)
+{
+    std::array<char, 2 * PieceBytes> text;
+    while (!bytes.empty())
+    {
+        const auto piece = bytes.first(std::min(bytes.size(), PieceBytes));
+        WriteDigits(piece, text.data());
+        target.Write(std::as_bytes(std::span(text).first(2 * piece.size())));
+        bytes = bytes.subspan(piece.size());
+    }
+}
+
+std::size_t MHexaStream::Read(std::span<std::byte> buffer)
+{
+    std::array<std::byte, 2 * PieceBytes> text;
+    std::size_t count = 0;
+    unsigned high = 0;
+    bool isHalf = false; // the high digit of the next byte has been read
+    while (count < buffer.size())
+    {
+        const std::size_t wanted =
+            std::min(2 * (buffer.size() - count) - (isHalf ? 1 : 0), text.size());
+        const std::size_t got = target.Read({text.data(), wanted});
+        for (const std::byte character : std::span(text).first(got))
+        {
+            const int meaning = Meanings[std::to_integer<std::size_t>(character)];
+            if (meaning == Other || (meaning == WhiteSpace && isHalf))
+                ThrowBadText();
+            if (meaning == WhiteSpace)
+                continue;
+            if (isHalf)
+                buffer[count++] =
+                    static_cast<std::byte>(high << 4U | static_cast<unsigned>(meaning));
+            else
+                high = static_cast<unsigned>(meaning);
+            isHalf = !isHalf;
+        }
+        if (got < wanted)
+        {
+            if (isHalf)
+                ThrowBadText();
+            break;
+        }
+    }
+    return count;
+}
+
+MString MHexaStream::ToText(MStream& source)
+{
+    MString text;
+    std::array<std::byte, 1024> bytes;
+    std::array<char16_t, 2 * bytes.size()> digits;
+    while (const std::size_t count = source.Read(bytes))
+    {
+        WriteDigits<char16_t>({bytes.data(), count}, digits.data());
+        text.AppendChars({digits.data(), 2 * count});
+    }
+    return text;
+}
