@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 #include <gtest/gtest.h>
 
@@ -223,7 +224,8 @@ TEST(TonvaleAudioEffectPlugin, ThePhaseRunsOnWhateverTheBlocks)
     }
     for (std::size_t i = 0; i < expected.size(); ++i)
         ASSERT_NEAR(actual[i], expected[i], 1e-6) << i;
-    EXPECT_NEAR(expected[1], std::sin(2.0 * M_PI * C5 / 48000.0), 1e-6) << "from phase 0 on";
+    EXPECT_NEAR(expected[1], std::sin(2.0 * std::numbers::pi * C5 / 48000.0), 1e-6)
+        << "from phase 0 on";
 }
 
 TEST(TonvaleAudioEffectPlugin, AGainChangeIsALineOverOneBlock)
