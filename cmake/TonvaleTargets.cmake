@@ -40,5 +40,6 @@ function(tonvale_tests name)
     add_executable(tonvale-test-${name} ${TESTS_SOURCES})
     target_include_directories(tonvale-test-${name} PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(tonvale-test-${name} PRIVATE tonvale_options ${TESTS_LINK} GTest::gtest_main)
-    gtest_discover_tests(tonvale-test-${name} PROPERTIES TIMEOUT 120)
+    # The first program that wine runs waits until wine has set itself up.
+    gtest_discover_tests(tonvale-test-${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
