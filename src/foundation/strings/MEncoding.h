@@ -29,6 +29,11 @@ struct MCodecProgress
 class MEncoding
 {
 public:
+    class ASCIICodec;
+    class UTF8Codec;
+    class UTF16Codec;
+    class TableCodec;
+
     class Codec
     {
     public:
@@ -57,6 +62,11 @@ public:
         /// Encodes as much of @p source as @p target has room for, which must be 8 bytes or more.
         virtual MCodecProgress EncodeSome(MCodecState& state, std::span<const char16_t> source,
                                           std::span<std::byte> target) const noexcept = 0;
+
+    protected:
+        /// How many of @p bytes a line takes with the LF or NUL at its end; 0 if it goes on.
+        virtual std::size_t FindLineEnd(const MCodecState& state,
+                                        std::span<const std::byte> bytes) const noexcept;
     };
 
     /// The codec of an encoding; the empty name is ASCII. Names are compared by MString::Compare.

@@ -4,18 +4,16 @@
 #include <array>
 #include <atomic>
 #include <bit>
-#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <limits>
 #include <new>
-#include <system_error>
-#include <vector>
 
 #include "foundation/limits.h"
+#include "foundation/strings/Codecs.h"
+#include "foundation/strings/EncodePieces.h"
 #include "foundation/strings/Folding.h"
 #include "foundation/threads/MException.h"
 
@@ -62,17 +60,6 @@ struct Wider
     char16_t operator()(char16_t character) const noexcept { return character; }
 };
 
-/// To ASCII, with "?" for what is none.
-struct Narrower
-{
-    template <typename Character>
-    char operator()(Character character) const noexcept
-    {
-        const char16_t wide = Wider{}(character);
-        return wide < 0x80 ? static_cast<char>(wide) : '?';
-    }
-};
-
 /// The difference of the first characters that differ within the shorter text, whose end counts as
 /// a terminator; both stop at a terminator that they share.
 template <typename A, typename B>
@@ -95,51 +82,6 @@ int CompareFolded(std::span<const A> a, std::span<const B> b) noexcept
     const char16_t left = common < a.size() ? Wider{}(a[common]) : u'\0';
     const char16_t right = common < b.size() ? Wider{}(b[common]) : u'\0';
     return Fold(left) - Fold(right);
-}
-
-constexpr bool IsBlank(char character) noexcept
-{
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-/// Whether the decimal number in @p digits, whose value has no double, is too large for one rather
-/// than too small.
-bool IsTooLarge(std::string_view digits) noexcept
-{
-    const std::size_t exponentAt = std::min(digits.find_first_of("eE"), digits.size());
-    const std::string_view mantissa = digits.substr(0, exponentAt);
-    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-    const std::size_t first = mantissa.find_first_of("123456789");
-    long long exponent = 0;
-    if (exponentAt < digits.size())
-    {
-        const char* start = digits.data() + exponentAt + 1;
-        if (*start == '+')
-            ++start;
-        const auto read = std::from_chars(start, digits.data() + digits.size(), exponent);
-        if (read.ec == std::errc::result_out_of_range)
-            return *start != '-';
-    }
-    return exponent + static_cast<long long>(point) - static_cast<long long>(first) > 0;
-}
-
-MString FromDigits(std::uint64_t magnitude, bool isNegative, int radix, int width, char16_t fill)
-{
-    std::array<char16_t, 64> digits{};
-    std::size_t first = digits.size();
-    do
-    {
-        digits[--first] = u"0123456789ABCDEF"[magnitude % static_cast<unsigned>(radix)];
-        magnitude /= static_cast<unsigned>(radix);
-    } while (magnitude != 0);
-
-    const std::u16string_view text(digits.data() + first, digits.size() - first);
-    MString result;
-    if (isNegative)
-        result.Append(u'-');
-    result.AppendFill(width - static_cast<int>(text.size()), fill);
-    result.AppendChars(text);
-    return result;
 }
 
 } // namespace
@@ -225,83 +167,17 @@ MString MString::Print(const char* format, ...)
 
 MString MString::FromUTF8(std::string_view utf8)
 {
-    constexpr char32_t Replacement = 0xFFFD;
-    constexpr std::array<char32_t, 4> Least = {0, 0x80, 0x800, 0x10000}; // by bytes that follow
-    MString result;
-    for (std::size_t i = 0; i < utf8.size();)
-    {
-        const auto lead = static_cast<unsigned char>(utf8[i++]);
-        const int following = lead < 0x80   ? 0
-                              : lead < 0xC2 ? -1
-                              : lead < 0xE0 ? 1
-                              : lead < 0xF0 ? 2
-                              : lead < 0xF5 ? 3
-                                            : -1;
-        char32_t code =
-            following < 0 ? Replacement : lead & (following == 0 ? 0x7Fu : 0x3Fu >> following);
-        for (int k = 0; k < following; ++k)
-        {
-            if (i == utf8.size() || (static_cast<unsigned char>(utf8[i]) & 0xC0u) != 0x80u)
-            {
-                code = Replacement;
-                break;
-            }
-            code = code << 6 | (static_cast<unsigned char>(utf8[i++]) & 0x3Fu);
-        }
-        const bool isOverlong = following > 0 && code < Least[static_cast<std::size_t>(following)];
-        if (isOverlong || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))
-            code = Replacement;
-        if (code > 0xFFFF)
-        {
-            result.Append(static_cast<char16_t>(0xD7C0 + (code >> 10)));
-            result.Append(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
-        }
-        else
-            result.Append(static_cast<char16_t>(code));
-    }
-    return result;
+    return MEncoding::UTF8Codec::Get().Decode(std::as_bytes(std::span(utf8)));
 }
 
 std::string MString::ToUTF8() const
 {
     std::string result;
-    for (int i = 0; i < length; ++i)
-    {
-        char32_t code = CharAt(i);
-        if (code >= 0xD800 && code < 0xDC00 && (CharAt(i + 1) & 0xFC00) == 0xDC00)
-            code = (code - 0xD7C0) << 10 | (CharAt(++i) & 0x3FFu);
-        if (code < 0x80)
-        {
-            result += static_cast<char>(code);
-            continue;
-        }
-        const int following = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-        result += static_cast<char>((0xFF00u >> (following + 1) & 0xFFu) | code >> (6 * following));
-        for (int k = following - 1; k >= 0; --k)
-            result += static_cast<char>(0x80u | (code >> (6 * k) & 0x3Fu));
-    }
+    MCodecState state;
+    EncodePieces(MEncoding::UTF8Codec::Get(), state, *this,
+                 [&result](std::span<const std::byte> bytes)
+                 { result.append(reinterpret_cast<const char*>(bytes.data()), bytes.size()); });
     return result;
-}
-
-MString MString::FromDouble(double value, int decimals)
-{
-    // 309 digits, the sign, the point and up to 99 decimals.
-    std::array<char, 420> digits;
-    const char* const end = std::to_chars(digits.begin(), digits.end(), value,
-                                          std::chars_format::fixed, std::clamp(decimals, 0, 99))
-                                .ptr;
-    return FromNarrow({digits.data(), static_cast<std::size_t>(end - digits.data())});
-}
-
-MString MString::FromInteger(std::int64_t value, int radix, int width, char16_t fill)
-{
-    const auto magnitude = static_cast<std::uint64_t>(value);
-    return FromDigits(value < 0 ? 0 - magnitude : magnitude, value < 0, radix, width, fill);
-}
-
-MString MString::FromUnsigned(std::uint64_t value, int radix, int width, char16_t fill)
-{
-    return FromDigits(value, false, radix, width, fill);
 }
 
 void MString::Clear() noexcept
@@ -486,71 +362,6 @@ int MString::MatchScore(const MString& query) const noexcept
         start = end;
     }
     return score;
-}
-
-std::int64_t MString::ToInteger(int radix, int* consumed) const noexcept
-{
-    int position = 0;
-    const bool isNegative = CharAt(0) == u'-';
-    if (isNegative)
-        ++position;
-    std::uint64_t magnitude = 0;
-    for (; position < length; ++position)
-    {
-        const char16_t character = ToLowerASCII(CharAt(position));
-        const int digit = character >= u'0' && character <= u'9' ? character - u'0'
-                          : radix > 10 && character >= u'a' && character <= u'f'
-                              ? character - u'a' + 10
-                              : radix;
-        if (digit >= radix)
-            break;
-        magnitude = magnitude * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
-    }
-    if (consumed != nullptr)
-        *consumed = radix == 10 ? position : int{isNegative};
-    return static_cast<std::int64_t>(isNegative ? 0 - magnitude : magnitude);
-}
-
-double MString::ToDouble() const
-{
-    double value = 0.0;
-    ReadDouble(value);
-    return value;
-}
-
-bool MString::ReadDouble(double& value) const
-{
-    // Display texts fit the array; numbers of thousands of digits do not.
-    std::array<char, 128> shortText;
-    std::vector<char> longText;
-    const auto size = static_cast<std::size_t>(length);
-    if (size > shortText.size())
-        longText.resize(size);
-    char* const narrow = size > shortText.size() ? longText.data() : shortText.data();
-    WithCharacters([narrow](auto characters)
-                   { std::ranges::transform(characters, narrow, Narrower{}); });
-    const char* const end = narrow + size;
-    const char* start = std::find_if_not(static_cast<const char*>(narrow), end, IsBlank);
-    if (start + 1 < end && *start == '+' && start[1] != '-')
-        ++start;
-
-    double number = 0.0;
-    const auto [stop, error] = std::from_chars(start, end, number);
-    if (error == std::errc::invalid_argument)
-        return false;
-    const bool isNegative = *start == '-';
-    if (error == std::errc::result_out_of_range)
-    {
-        const std::string_view digits(start + isNegative,
-                                      static_cast<std::size_t>(stop - start) - isNegative);
-        number = IsTooLarge(digits) ? std::numeric_limits<double>::max() : 0.0;
-        number = isNegative ? -number : number;
-    }
-    else if (number != number || number > std::numeric_limits<double>::max() ||
-             number < std::numeric_limits<double>::lowest())
-        return false; // spelled out, as "nan" or "inf"
-    value = number;
-    return true;
 }
 
 char16_t* MString::EnsureWritable(std::int64_t capacity)

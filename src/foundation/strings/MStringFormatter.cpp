@@ -1,118 +1,82 @@
 #include "foundation/strings/MStringFormatter.h"
 
-#include "foundation/threads/MException.h"
+#include <algorithm>
+
+#include "foundation/strings/NumberText.h"
 
 namespace
 {
 
-/// At most two digits from @p position on, which then stands behind them.
-std::uint8_t ReadTwoDigits(const MString& format, int& position)
+/// Collects literal text, so that the result grows by pieces rather than by characters.
+class LiteralText
 {
-    int digits = 0;
-    const std::int64_t value = format.Mid(position, 2).ToInteger(10, &digits);
-    if (format.CharAt(position) == u'-')
-        return 0;
-    position += digits;
-    return static_cast<std::uint8_t>(value);
-}
+public:
+    explicit LiteralText(MString& usedTarget) noexcept : target(usedTarget) {}
+
+    void Append(char16_t character)
+    {
+        if (count == buffer.size())
+            Flush();
+        buffer[count++] = character;
+    }
+    void Flush()
+    {
+        target.AppendChars({buffer.data(), count});
+        count = 0;
+    }
+    /// Of the target when flushed.
+    int Length() const noexcept { return target.Length() + static_cast<int>(count); }
+
+private:
+    MString& target;
+    std::array<char16_t, 255> buffer;
+    std::size_t count = 0;
+};
 
 } // namespace
 
 MStringFormatter::MStringFormatter(const MString& format) : state(std::make_shared<State>())
 {
-    for (int position = 0; position < format.Length();)
-    {
-        char16_t character = format.CharAt(position++);
-        if (character == u'{' && format.CharAt(position) != u'{')
-        {
-            position = ReadPlaceholder(format, position);
-            continue;
-        }
-        if (character == u'{' || character == u'}')
-        {
-            if (position == format.Length())
-                break;
-            character = format.CharAt(position++);
-        }
-        state->result.Append(character);
-    }
-}
-
-int MStringFormatter::ReadPlaceholder(const MString& format, int position)
-{
-    int digits = 0;
-    const std::int64_t number = format.Mid(position, 3).ToInteger(10, &digits);
-    if (number < 0 || number >= MaxArguments)
-        throw MException("Formatting string contains an invalid argument number.",
-                         MException::BadArgument);
-    position += digits;
-
-    const auto index = static_cast<std::size_t>(number);
-    state->count = std::max(state->count, static_cast<int>(number) + 1);
-    Argument argument{.position = state->result.Length()};
-    for (std::size_t other = 0; other < static_cast<std::size_t>(state->count); ++other)
-        if (other != index && state->arguments[other].position == argument.position)
-            ++argument.order;
-
+    FormatReader reader(format);
+    LiteralText literal(state->result);
     for (;;)
-    {
-        if (position >= format.Length())
-            throw MException("Formatting string ends in an argument specification.",
-                             MException::BadArgument);
-        switch (const char16_t option = format.CharAt(position++))
+        switch (reader.Next())
         {
-        case u'}':
-            state->arguments[index] = argument;
-            return position;
-        case u' ':
-        case u'0':
-            argument.fill = static_cast<char>(option);
-            argument.width = ReadTwoDigits(format, position);
+        case FormatReader::Kind::End:
+            literal.Flush();
+            return;
+        case FormatReader::Kind::Character:
+            literal.Append(reader.GetCharacter());
             break;
-        case u'.':
-            argument.precision = ReadTwoDigits(format, position);
-            break;
-        case u'+':
-            argument.hasPlus = true;
-            break;
-        case u'x':
-            argument.isHexadecimal = true;
-            break;
-        default:
+        case FormatReader::Kind::Placeholder:
+        {
+            const int number = reader.ReadNumber();
+            reader.ReadOptions(state->Place(number, literal.Length()).options);
             break;
         }
-    }
+        }
 }
 
 MStringFormatter& MStringFormatter::Add(std::int64_t value)
 {
-    const Argument& argument = Next();
-    MString text = MString::FromInteger(value, argument.isHexadecimal ? 16 : 10, argument.width,
-                                        static_cast<char16_t>(argument.fill));
-    if (argument.hasPlus && value > 0)
-        text.Insert(0, "+");
-    InsertNext(text);
-    return *this;
+    const auto magnitude = static_cast<std::uint64_t>(value);
+    return AddInteger(value < 0 ? 0 - magnitude : magnitude, value < 0);
 }
 
 MStringFormatter& MStringFormatter::Add(std::uint64_t value)
 {
-    const Argument& argument = Next();
-    MString text = MString::FromUnsigned(value, argument.isHexadecimal ? 16 : 10, argument.width,
-                                         static_cast<char16_t>(argument.fill));
-    if (argument.hasPlus && value != 0)
-        text.Insert(0, "+");
-    InsertNext(text);
-    return *this;
+    return AddInteger(value, false);
 }
 
 MStringFormatter& MStringFormatter::Add(double value)
 {
-    const Argument& argument = Next();
-    MString text = MString::FromDouble(value, argument.precision);
-    if (argument.hasPlus && value - 1e-20 > 0.0)
-        text.Insert(0, "+");
-    InsertNext(text);
+    const MFormatOptions& options = NextOptions();
+    std::array<char, numbertext::LongestDouble + 2> text;
+    text[0] = '+';
+    char* const number = text.data() + 1;
+    *numbertext::WriteDouble(std::span(text).subspan<1, numbertext::LongestDouble>(), value,
+                             options.precision) = '\0';
+    InsertNext(options.hasPlus && value - 1e-20 > 0.0 ? text.data() : number);
     return *this;
 }
 
@@ -122,17 +86,50 @@ MStringFormatter& MStringFormatter::Add(const MString& value)
     return *this;
 }
 
-const MStringFormatter::Argument& MStringFormatter::Next() const noexcept
+MStringFormatter::Argument& MStringFormatter::State::Place(int number, int position) noexcept
 {
-    // An argument more than the format has is inserted nowhere, so any entry serves it.
-    return state->arguments[static_cast<std::size_t>(std::min(state->next, MaxArguments - 1))];
+    for (; count <= number; ++count)
+        arguments[static_cast<std::size_t>(count)] = {};
+    Argument& argument = arguments[static_cast<std::size_t>(number)];
+    argument.position = position;
+    for (const Argument& other : std::span(arguments).first(static_cast<std::size_t>(count)))
+        if (&other != &argument && other.position == position)
+            ++argument.order;
+    return argument;
+}
+
+MStringFormatter& MStringFormatter::AddInteger(std::uint64_t magnitude, bool isNegative)
+{
+    const MFormatOptions& options = NextOptions();
+    std::array<char, numbertext::MostDigits> buffer;
+    const std::string_view digits =
+        numbertext::WriteDigits(buffer, magnitude, options.isHexadecimal ? 16 : 10);
+
+    // The sign, up to 99 characters and the terminator.
+    std::array<char, 128> text;
+    char* end = text.data();
+    if (isNegative || (options.hasPlus && magnitude != 0))
+        *end++ = isNegative ? '-' : '+';
+    if (digits.size() < options.width)
+        end = std::fill_n(end, options.width - digits.size(), options.fill);
+    *std::ranges::copy(digits, end).out = '\0';
+    InsertNext(text.data());
+    return *this;
+}
+
+const MFormatOptions& MStringFormatter::NextOptions() const noexcept
+{
+    static constexpr MFormatOptions None;
+    return state->next < state->count
+               ? state->arguments[static_cast<std::size_t>(state->next)].options
+               : None;
 }
 
 void MStringFormatter::InsertNext(const MString& text)
 {
     if (state->next >= state->count)
         return;
-    const Argument argument = Next();
+    const Argument argument = state->arguments[static_cast<std::size_t>(state->next)];
     ++state->next;
     if (argument.position < 0)
         return; // the format passes over this number

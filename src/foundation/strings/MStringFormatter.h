@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "foundation/limits.h"
+#include "foundation/strings/FormatReader.h"
 #include "foundation/strings/MString.h"
 
 /// Fills a text with numbered arguments: MStringFormatter("{0;.1} dB").Add(gainDb).Result().
@@ -33,30 +35,27 @@ public:
     const MString& Result() const noexcept { return state->result; }
 
 private:
-    static constexpr int MaxArguments = 32;
-
     struct Argument
     {
         std::int32_t position = -1; ///< characters from the start of the result
-        bool isHexadecimal = false;
-        bool hasPlus = false;
-        std::uint8_t width = 0;
-        char fill = ' ';
-        std::uint8_t precision = 4;
-        std::uint8_t order = 0; ///< among the arguments of one position
+        std::uint8_t order = 0;     ///< among the arguments of one position
+        MFormatOptions options;
     };
 
     struct State
     {
-        std::array<Argument, MaxArguments> arguments;
+        /// Moves the argument of this @p number to @p position, behind those that stand there.
+        Argument& Place(int number, int position) noexcept;
+
         MString result;
         int count = 0; ///< highest number in the format plus 1
         int next = 0;
+        /// Made up to count; a format as a rule has one or two.
+        std::array<Argument, limits::FormatArguments> arguments;
     };
 
-    /// Reads the placeholder behind the "{" before @p position; returns the position behind "}".
-    int ReadPlaceholder(const MString& format, int position);
-    const Argument& Next() const noexcept;
+    MStringFormatter& AddInteger(std::uint64_t magnitude, bool isNegative);
+    const MFormatOptions& NextOptions() const noexcept;
     void InsertNext(const MString& text);
 
     std::shared_ptr<State> state;
