@@ -17,21 +17,17 @@
 #include "foundation/strings/Folding.h"
 #include "foundation/threads/MException.h"
 
-/// Header of the shared form; the terminated characters follow directly.
-struct MString::Block
-{
-    std::int32_t capacityBytes; ///< of the whole block
-    std::atomic<std::int32_t> holders;
-
-    char16_t* Characters() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
-    static Block* Of(const void* characters) noexcept
-    {
-        return static_cast<Block*>(const_cast<void*>(characters)) - 1;
-    }
-};
-
 namespace
 {
+
+/// Of a block with a header and room for so many characters and a terminator.
+std::size_t BlockBytes(std::size_t characters, std::size_t headerBytes)
+{
+    if (characters > static_cast<std::size_t>(limits::TextCharacters))
+        throw MException("String is too long.", MException::BadArgument);
+    return std::min(std::bit_ceil((characters + 1) * sizeof(char16_t) + headerBytes),
+                    std::size_t{std::numeric_limits<std::uint32_t>::max() - 1});
+}
 
 constexpr std::size_t TooManyCharacters = limits::TextCharacters + std::size_t{1};
 
@@ -86,6 +82,37 @@ int CompareFolded(std::span<const A> a, std::span<const B> b) noexcept
 
 } // namespace
 
+MString::Block* MString::Block::Allocate(std::size_t characters)
+{
+    const std::size_t bytes = BlockBytes(characters, sizeof(Block));
+    void* const memory = std::malloc(bytes);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return new (memory) Block{static_cast<std::uint32_t>(bytes), 1};
+}
+
+void MString::Block::Free() noexcept
+{
+    if (!IsInSlab())
+        std::free(this);
+    else
+        reinterpret_cast<Slab*>(reinterpret_cast<std::byte*>(this) - capacityBytes / 2)->Release();
+}
+
+MString::Slab* MString::Slab::Allocate(std::size_t bytes)
+{
+    void* const memory = std::malloc(bytes);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return new (memory) Slab{1};
+}
+
+void MString::Slab::Release() noexcept
+{
+    if (holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        std::free(this);
+}
+
 MString::MString(const char* literal) noexcept
 {
     if (literal == nullptr)
@@ -94,37 +121,10 @@ MString::MString(const char* literal) noexcept
     length = static_cast<std::int32_t>(std::strlen(literal));
 }
 
-MString::MString(const MString& other) noexcept
-    : text(other.text),
-      length(other.length),
-      isLiteral(other.isLiteral)
-{
-    if (!isLiteral)
-        Block::Of(text)->holders.fetch_add(1, std::memory_order_relaxed);
-}
-
-MString::MString(MString&& other) noexcept
-    : text(other.text),
-      length(other.length),
-      isLiteral(other.isLiteral)
-{
-    other.text = "";
-    other.length = 0;
-    other.isLiteral = true;
-}
-
 MString& MString::operator=(const MString& other) noexcept
 {
     if (this != &other)
         *this = MString(other);
-    return *this;
-}
-
-MString& MString::operator=(MString&& other) noexcept
-{
-    std::swap(text, other.text);
-    std::swap(length, other.length);
-    std::swap(isLiteral, other.isLiteral);
     return *this;
 }
 
@@ -141,10 +141,11 @@ MString MString::FromNarrow(std::string_view characters)
 
 MString MString::FromUTF16(std::u16string_view characters)
 {
-    MString result;
-    if (!characters.empty())
-        std::ranges::copy(characters, result.Open(0, characters.size()));
-    return result;
+    if (characters.empty())
+        return {};
+    Block* const block = Block::Allocate(characters.size());
+    *std::ranges::copy(characters, block->Characters()).out = 0;
+    return {block, characters.size()};
 }
 
 MString MString::FromCharacter(char16_t character)
@@ -182,7 +183,8 @@ std::string MString::ToUTF8() const
 
 void MString::Clear() noexcept
 {
-    Release();
+    if (!isLiteral)
+        Release();
     text = "";
     length = 0;
     isLiteral = true;
@@ -306,6 +308,8 @@ int MString::FindLast(char16_t character, int from) const noexcept
 
 int MString::Compare(const MString& other) const noexcept
 {
+    if (IsSharedWith(other))
+        return 0;
     return WithCharacters(
         [&other](auto own) {
             return other.WithCharacters([own](auto others) { return CompareFolded(own, others); });
@@ -366,33 +370,29 @@ int MString::MatchScore(const MString& query) const noexcept
 
 char16_t* MString::EnsureWritable(std::int64_t capacity)
 {
-    if (capacity > limits::TextCharacters)
-        throw MException("String is too long.", MException::BadArgument);
-    const auto characters = static_cast<std::size_t>(std::max<std::int64_t>(capacity, length)) + 1;
-    const std::size_t bytes = std::bit_ceil(characters * sizeof(char16_t) + sizeof(Block));
-
-    if (!isLiteral && Block::Of(text)->holders.load(std::memory_order_acquire) < 2)
+    const auto characters = static_cast<std::size_t>(std::max<std::int64_t>(capacity, length));
+    if (!isLiteral && !Block::Of(text)->IsInSlab() &&
+        Block::Of(text)->holders.load(std::memory_order_acquire) < 2)
     {
         Block* block = Block::Of(text);
-        if (static_cast<std::size_t>(block->capacityBytes) < bytes)
+        const std::size_t bytes = BlockBytes(characters, sizeof(Block));
+        if (block->capacityBytes < bytes)
         {
             block = static_cast<Block*>(std::realloc(static_cast<void*>(block), bytes));
             if (block == nullptr)
                 throw std::bad_alloc();
-            block->capacityBytes = static_cast<std::int32_t>(bytes);
+            block->capacityBytes = static_cast<std::uint32_t>(bytes);
             text = block->Characters();
         }
         return block->Characters();
     }
 
-    void* const memory = std::malloc(bytes);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    Block* const block = new (memory) Block{static_cast<std::int32_t>(bytes), 1};
+    Block* const block = Block::Allocate(characters);
     WithCharacters([block](auto present)
                    { std::ranges::transform(present, block->Characters(), Wider{}); });
     block->Characters()[length] = 0;
-    Release();
+    if (!isLiteral)
+        Release();
     text = block->Characters();
     isLiteral = false;
     return block->Characters();
@@ -411,6 +411,9 @@ char16_t* MString::Open(int position, std::size_t count)
 
 void MString::Release() noexcept
 {
-    if (!isLiteral && Block::Of(text)->holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        std::free(Block::Of(text));
+    // The only holder needs no exchange: nobody else can become one meanwhile.
+    Block* const block = Block::Of(text);
+    if (block->holders.load(std::memory_order_acquire) == 1 ||
+        block->holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        block->Free();
 }

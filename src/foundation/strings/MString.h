@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// The text of the whole system: messages, keys, names, display texts, as 16-bit code units.
 /// A text made from a literal only points at it and costs nothing; any other text lives in a heap
@@ -20,11 +22,33 @@ public:
     /// Points at @p literal, which has to outlive this text and all its copies. Each char is one
     /// character, from 0x80 on with the sign extended to 16 bits. Null is the empty text.
     MString(const char* literal) noexcept;
-    MString(const MString& other) noexcept;
-    MString(MString&& other) noexcept;
+    MString(const MString& other) noexcept
+        : text(other.text),
+          length(other.length),
+          isLiteral(other.isLiteral)
+    {
+        if (!isLiteral)
+            Block::Of(text)->holders.fetch_add(1, std::memory_order_relaxed);
+    }
+    MString(MString&& other) noexcept
+        : text(std::exchange(other.text, "")),
+          length(std::exchange(other.length, 0)),
+          isLiteral(std::exchange(other.isLiteral, true))
+    {
+    }
     MString& operator=(const MString& other) noexcept;
-    MString& operator=(MString&& other) noexcept;
-    ~MString() { Release(); }
+    MString& operator=(MString&& other) noexcept
+    {
+        std::swap(text, other.text);
+        std::swap(length, other.length);
+        std::swap(isLiteral, other.isLiteral);
+        return *this;
+    }
+    ~MString()
+    {
+        if (!isLiteral)
+            Release();
+    }
 
     /// Copies, with each char widened as in a literal.
     static MString FromNarrow(std::string_view characters);
@@ -49,6 +73,11 @@ public:
 
     int Length() const noexcept { return length; }
     bool IsEmpty() const noexcept { return length == 0; }
+    /// Whether both are the same memory, which makes them equal; equal texts need not be.
+    bool IsSharedWith(const MString& other) const noexcept
+    {
+        return text == other.text && length == other.length && isLiteral == other.isLiteral;
+    }
     /// The character at @p index, which is 0 to Length() - 1; 0 outside.
     char16_t CharAt(int index) const noexcept
     {
@@ -125,16 +154,53 @@ public:
     bool ReadDouble(double& value) const;
 
 private:
-    struct Block;
+    friend class MStringSlab;
+
+    /// Memory for the blocks of many texts, which follow behind this header.
+    struct Slab
+    {
+        std::atomic<std::int32_t> holders; ///< texts, and the MStringSlab that fills it
+
+        static Slab* Allocate(std::size_t bytes);
+        void Release() noexcept;
+    };
+
+    /// Header of the shared form; the terminated characters follow directly.
+    struct Block
+    {
+        /// Of the whole block, a power of two. Odd in a slab: twice the bytes from its start,
+        /// and 1.
+        std::uint32_t capacityBytes;
+        std::atomic<std::int32_t> holders;
+
+        /// With room for @p characters and a terminator, held once.
+        static Block* Allocate(std::size_t characters);
+        bool IsInSlab() const noexcept { return (capacityBytes & 1U) != 0; }
+        void Free() noexcept;
+        char16_t* Characters() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
+        static Block* Of(const void* characters) noexcept
+        {
+            return static_cast<Block*>(const_cast<void*>(characters)) - 1;
+        }
+    };
 
     const signed char* Narrow() const noexcept { return static_cast<const signed char*>(text); }
     const char16_t* Wide() const noexcept { return static_cast<const char16_t*>(text); }
+
+    /// Takes over @p heldBlock.
+    MString(Block* heldBlock, std::size_t characters) noexcept
+        : text(heldBlock->Characters()),
+          length(static_cast<std::int32_t>(characters)),
+          isLiteral(false)
+    {
+    }
 
     /// Makes the text a block of its own with room for @p capacity characters, which keeps the
     /// present ones.
     char16_t* EnsureWritable(std::int64_t capacity);
     /// Makes room for @p count more characters at @p position, and their end the text's new end.
     char16_t* Open(int position, std::size_t count);
+    /// Gives up the block, for what is no literal.
     void Release() noexcept;
 
     /// Points at chars if isLiteral, else at the characters of a Block.

@@ -1,19 +1,50 @@
 #include "foundation/xml/MXMLItem.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <utility>
 
+#include "foundation/limits.h"
+#include "foundation/streams/MHexaStream.h"
+#include "foundation/streams/MMemoryStream.h"
+#include "foundation/streams/MStdFileStream.h"
+#include "foundation/streams/MZLibStream.h"
+#include "foundation/strings/MEncoding.h"
+#include "foundation/strings/MStringFormatter.h"
 #include "foundation/threads/MException.h"
+#include "foundation/xml/MXMLParser.h"
+#include "foundation/xml/XMLWriter.h"
+
+namespace
+{
+
+std::vector<std::byte> ReadAll(MStream& stream)
+{
+    std::vector<std::byte> all;
+    std::array<std::byte, 4096> piece;
+    for (std::size_t count = stream.Read(piece); count > 0; count = stream.Read(piece))
+        all.insert(all.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(count));
+    return all;
+}
+
+[[noreturn]] void RefuseMissing(const char* format, const MString& name)
+{
+    throw MException(MStringFormatter(format).Add(name).Result(), MException::BadData);
+}
+
+} // namespace
 
 MXMLItem::MXMLItem(const MString& itemName, MXMLItem* parentItem)
     : parent(parentItem),
+      depth(parentItem == nullptr ? 0 : parentItem->depth + 1),
       name(itemName)
 {
 }
 
 bool MXMLItem::HasAttribute(const MString& attributeName) noexcept
 {
-    const std::size_t place = Place(attributeName);
-    foundAttribute = StandsAt(place, attributeName) ? &attributes[place] : nullptr;
+    foundAttribute = FindAttribute(attributeName);
     return foundAttribute != nullptr;
 }
 
@@ -27,8 +58,16 @@ const MString& MXMLItem::GetAttribute() const
 
 MString MXMLItem::GetAttribute(const MString& attributeName, const MString& defaultValue) const
 {
-    const std::size_t place = Place(attributeName);
-    return StandsAt(place, attributeName) ? attributes[place].value : defaultValue;
+    const MAttribute* const attribute = FindAttribute(attributeName);
+    return attribute == nullptr ? defaultValue : attribute->value;
+}
+
+const MString& MXMLItem::GetRequiredAttribute(const MString& attributeName) const
+{
+    const MAttribute* const attribute = FindAttribute(attributeName);
+    if (attribute == nullptr)
+        RefuseMissing("Could not find required attribute ({0}).", attributeName);
+    return attribute->value;
 }
 
 void MXMLItem::SetAttribute(const MString& attributeName, const MString& value)
@@ -60,11 +99,47 @@ void MXMLItem::RemoveAttribute(const MString& attributeName)
         attributes.erase(attributes.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
+void MXMLItem::AdoptAttributes(std::vector<MAttribute>& newAttributes)
+{
+    ForgetFound();
+    attributes.clear();
+    attributes.swap(newAttributes);
+    if (attributes.capacity() > 2 * attributes.size())
+        attributes.shrink_to_fit();
+    if (!HasNamesOfPreviousSibling())
+        SortAttributes();
+}
+
+bool MXMLItem::HasNamesOfPreviousSibling() const noexcept
+{
+    return previousSibling != nullptr &&
+           std::ranges::equal(attributes, previousSibling->attributes,
+                              [](const MAttribute& a, const MAttribute& b)
+                              { return a.name.IsSharedWith(b.name); });
+}
+
+void MXMLItem::SortAttributes()
+{
+    const auto isBefore = [](const MAttribute& a, const MAttribute& b)
+    { return a.name.Compare(b.name) < 0; };
+    const auto isNotBefore = [isBefore](const MAttribute& a, const MAttribute& b)
+    { return !isBefore(a, b); };
+    if (std::ranges::adjacent_find(attributes, isNotBefore) == attributes.end())
+        return; // as this system writes them
+
+    std::ranges::stable_sort(attributes, isBefore);
+    auto last = attributes.begin();
+    for (auto next = last + 1; next != attributes.end(); ++next)
+        if (isBefore(*last, *next))
+            *++last = std::move(*next);
+        else
+            last->value = std::move(next->value);
+    attributes.erase(last + 1, attributes.end());
+}
+
 bool MXMLItem::HasSubItem(const MString& itemName) noexcept
 {
-    const auto found = std::ranges::find_if(subItems, [&itemName](const auto& item)
-                                            { return item->name == itemName; });
-    foundSubItem = found != subItems.end() ? found->get() : nullptr;
+    foundSubItem = FindSubItem(itemName);
     return foundSubItem != nullptr;
 }
 
@@ -76,6 +151,14 @@ MXMLItem& MXMLItem::GetSubItem() const
     return *foundSubItem;
 }
 
+MXMLItem& MXMLItem::GetRequiredSubItem(const MString& itemName) const
+{
+    MXMLItem* const item = FindSubItem(itemName);
+    if (item == nullptr)
+        RefuseMissing("Could not find required subitem ({0}).", itemName);
+    return *item;
+}
+
 MXMLItem& MXMLItem::GetOrAddSubItem(const MString& itemName)
 {
     return HasSubItem(itemName) ? GetSubItem() : AddSubItem(itemName);
@@ -84,7 +167,12 @@ MXMLItem& MXMLItem::GetOrAddSubItem(const MString& itemName)
 MXMLItem& MXMLItem::AddSubItem(const MString& itemName)
 {
     ForgetFound();
-    return *subItems.emplace_back(std::make_unique<MXMLItem>(itemName, this));
+    MXMLItem* const last = subItems.empty() ? nullptr : subItems.back().get();
+    MXMLItem& added = *subItems.emplace_back(std::make_unique<MXMLItem>(itemName, this));
+    added.previousSibling = last;
+    if (last != nullptr)
+        last->nextSibling = &added;
+    return added;
 }
 
 void MXMLItem::Clear() noexcept
@@ -93,6 +181,90 @@ void MXMLItem::Clear() noexcept
     subItems.clear();
     attributes.clear();
     text.Clear();
+}
+
+void MXMLItem::Load(MStream& stream)
+{
+    Clear();
+    name.Clear();
+    MXMLParser(*this).Parse(stream);
+    if (name.IsEmpty())
+        throw MException("The XML does not contain any elements.", MException::BadData);
+}
+
+void MXMLItem::LoadCompressed(MStream& stream)
+{
+    MZLibStream inflated(stream, MZLibStream::Direction::Read);
+    inflated.LimitOutput(limits::InflatedTreeBytes);
+    Load(inflated);
+    // Behind the root element nothing counts but that the data are whole.
+    inflated.ReadToEnd();
+}
+
+void MXMLItem::Save(const MString& fileName, const MString& encoding) const
+{
+    MStdFileStream file(fileName, MStdFileStream::Mode::Create);
+    Save(file, false, encoding);
+    file.Flush();
+}
+
+void MXMLItem::Save(MStream& stream, bool isCompact, const MString& encoding) const
+{
+    XMLWriter writer(stream, MEncoding::GetCodec(encoding));
+    writer.WriteDeclaration(encoding);
+    if (isCompact)
+        writer.WriteCompact(*this);
+    else
+        writer.WriteReadable(*this);
+    writer.Flush();
+}
+
+void MXMLItem::SaveCompressed(MStream& stream, const MString& encoding) const
+{
+    MZLibStream deflated(stream, MZLibStream::Direction::Write);
+    Save(deflated, true, encoding);
+    deflated.Finish();
+}
+
+void MXMLItem::StoreBytes(std::span<const std::byte> bytes, bool isCompressed)
+{
+    MMemoryStream source = MMemoryStream::Refer(bytes);
+    if (isCompressed)
+    {
+        MMemoryStream packed;
+        MZLibStream deflated(packed, MZLibStream::Direction::Write);
+        deflated.Write(bytes);
+        deflated.Finish();
+        packed.Seek(0, MStream::FromStart);
+        source = packed;
+    }
+    text = MHexaStream::ToText(source);
+}
+
+std::vector<std::byte> MXMLItem::LoadBytes(bool isCompressed) const
+{
+    MMemoryStream digits;
+    digits.WriteString(text);
+    digits.Seek(0, MStream::FromStart);
+    MHexaStream hexa(digits);
+    if (!isCompressed)
+        return ReadAll(hexa);
+    MZLibStream inflated(hexa, MZLibStream::Direction::Read);
+    inflated.LimitOutput(limits::InflatedTreeBytes);
+    return ReadAll(inflated);
+}
+
+const MAttribute* MXMLItem::FindAttribute(const MString& attributeName) const noexcept
+{
+    const std::size_t place = Place(attributeName);
+    return StandsAt(place, attributeName) ? &attributes[place] : nullptr;
+}
+
+MXMLItem* MXMLItem::FindSubItem(const MString& itemName) const noexcept
+{
+    const auto found = std::ranges::find_if(subItems, [&itemName](const auto& item)
+                                            { return item->name == itemName; });
+    return found == subItems.end() ? nullptr : found->get();
 }
 
 std::size_t MXMLItem::Place(const MString& attributeName) const noexcept

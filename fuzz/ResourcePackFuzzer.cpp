@@ -1,0 +1,51 @@
+// Reads strangers' resource packs. A file that one claims to have lies within its attachment, and
+// a pack that was read can be written and read again.
+
+#include <cstdlib>
+#include <span>
+
+#include "foundation/streams/MMemoryStream.h"
+#include "foundation/threads/MException.h"
+#include "foundation/xml/MResourcePack.h"
+#include "foundation/xml/MXMLItemIterator.h"
+
+namespace
+{
+
+constexpr std::int64_t AttachmentLimit = 1 << 16; ///< bytes
+
+std::size_t TouchFiles(MResourcePack& pack)
+{
+    std::size_t touched = 0;
+    MXMLItemIterator file(pack.GetTree(), "file");
+    for (file.Begin(); file.IsValid(); file.Next())
+        for (const std::byte byte : pack.FindFile(file.Current().GetAttribute("name", "")))
+            touched += byte == std::byte{0} ? 0 : 1;
+    return touched;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    MResourcePack pack;
+    try
+    {
+        MMemoryStream stream = MMemoryStream::Refer(std::as_bytes(std::span(data, size)));
+        pack.Load(stream, AttachmentLimit);
+    }
+    catch (const MException&) // refused, as it may be
+    {
+        return 0;
+    }
+    const std::size_t touched = TouchFiles(pack);
+    MMemoryStream written;
+    pack.Save(written);
+    written.Seek(0, MStream::FromStart);
+    MResourcePack again;
+    again.Load(written, AttachmentLimit);
+    if (again.GetAttachment().size() != pack.GetAttachment().size() ||
+        (touched > 0 && TouchFiles(again) == 0))
+        std::abort();
+    return 0;
+}

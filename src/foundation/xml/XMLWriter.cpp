@@ -1,0 +1,179 @@
+#include "foundation/xml/XMLWriter.h"
+
+#include <algorithm>
+
+#include "foundation/streams/MStream.h"
+#include "foundation/threads/MException.h"
+#include "foundation/xml/MXMLItem.h"
+#include "foundation/xml/XMLEntities.h"
+
+namespace
+{
+
+/// Behind so many characters a line of text breaks at the next blank.
+constexpr int LineCharacters = 60;
+
+/// In the compact form elements above this depth end a line.
+constexpr int CompactLineDepth = 2;
+
+bool HasContent(const MXMLItem& item) noexcept
+{
+    return !item.GetText().IsEmpty() || !item.GetSubItems().empty();
+}
+
+} // namespace
+
+XMLWriter::XMLWriter(MStream& writtenStream, const MEncoding::Codec& usedCodec)
+    : stream(writtenStream),
+      codec(usedCodec)
+{
+}
+
+void XMLWriter::WriteDeclaration(const MString& encoding)
+{
+    codec.WriteHeader(stream);
+    Put("<?xml version=\"1.0\" encoding=\"");
+    Put(encoding);
+    Put("\"?>\n");
+}
+
+void XMLWriter::WriteCompact(const MXMLItem& item, int depth)
+{
+    PutTagStart(item);
+    if (!HasContent(item))
+        Put("/>");
+    else
+    {
+        Put(u'>');
+        PutEncoded(item.GetText());
+        for (const auto& subItem : item.GetSubItems())
+            WriteCompact(*subItem, depth + 1);
+        Put("</");
+        Put(item.GetName());
+        Put(u'>');
+    }
+    if (depth < CompactLineDepth)
+        Put(u'\n');
+}
+
+void XMLWriter::WriteReadable(const MXMLItem& item, int depth)
+{
+    PutTabs(depth);
+    PutTagStart(item);
+    if (!HasContent(item))
+    {
+        Put("/>\n");
+        return;
+    }
+    Put(">\n");
+    PutTextLines(item.GetText(), depth + 1);
+    for (const auto& subItem : item.GetSubItems())
+        WriteReadable(*subItem, depth + 1);
+    PutTabs(depth);
+    Put("</");
+    Put(item.GetName());
+    Put(">\n");
+}
+
+void XMLWriter::Flush()
+{
+    EncodeBlock();
+}
+
+void XMLWriter::Put(char16_t character)
+{
+    if (fill == block.size())
+        EncodeBlock();
+    block[fill++] = character;
+}
+
+void XMLWriter::Put(const MString& text)
+{
+    text.WithCharacters([this](auto characters) { PutPlain(characters); });
+}
+
+void XMLWriter::PutEncoded(const MString& text)
+{
+    text.WithCharacters([this](auto characters) { PutEncoded(characters); });
+}
+
+template <typename Character>
+void XMLWriter::PutEncoded(std::span<const Character> text)
+{
+    while (!text.empty())
+    {
+        std::size_t plain = 0;
+        while (plain < text.size() &&
+               xmlentities::Encode(static_cast<char16_t>(text[plain])).empty())
+            ++plain;
+        PutPlain(text.first(plain));
+        if (plain == text.size())
+            return;
+        PutPlain(std::span<const char>(xmlentities::Encode(static_cast<char16_t>(text[plain]))));
+        text = text.subspan(plain + 1);
+    }
+}
+
+template <typename Character>
+void XMLWriter::PutPlain(std::span<const Character> text)
+{
+    while (!text.empty())
+    {
+        if (fill == block.size())
+            EncodeBlock();
+        const std::size_t count = std::min(text.size(), block.size() - fill);
+        // A narrow character is signed, and this widens it as a literal does.
+        std::ranges::transform(text.first(count), block.data() + fill,
+                               [](Character character)
+                               { return static_cast<char16_t>(character); });
+        fill += count;
+        text = text.subspan(count);
+    }
+}
+
+void XMLWriter::PutTagStart(const MXMLItem& item)
+{
+    if (item.GetName().IsEmpty())
+        throw MException("XML entity cannot have empty name.", MException::BadArgument);
+    Put(u'<');
+    Put(item.GetName());
+    for (const MAttribute& attribute : item.GetAttributes())
+    {
+        Put(u' ');
+        Put(attribute.name);
+        Put("=\"");
+        PutEncoded(attribute.value);
+        Put(u'"');
+    }
+}
+
+void XMLWriter::PutTabs(int count)
+{
+    for (int i = 0; i < count; ++i)
+        Put(u'\t');
+}
+
+void XMLWriter::PutTextLines(const MString& text, int depth)
+{
+    for (int start = 0; start < text.Length();)
+    {
+        const int blank = text.Find(u' ', start + LineCharacters);
+        const int end = blank < 0 ? text.Length() : blank;
+        PutTabs(depth);
+        PutEncoded(text.Mid(start, end - start));
+        Put(u'\n');
+        start = end + 1;
+    }
+}
+
+void XMLWriter::EncodeBlock()
+{
+    std::span<const char16_t> characters = std::span<const char16_t>(block).first(fill);
+    while (!characters.empty())
+    {
+        const MCodecProgress progress = codec.EncodeSome(state, characters, bytes);
+        stream.Write(std::span<const std::byte>(bytes).first(progress.written));
+        characters = characters.subspan(progress.read);
+    }
+    fill = 0;
+}
