@@ -1,8 +1,6 @@
 #include "tests/foundation/streams/StreamTest.h"
 
-#include <random>
-
-Bytes RandomBytes(std::size_t size, unsigned seed)
+Bytes RandomBytes(std::size_t size, std::mt19937::result_type seed)
 {
     std::mt19937 random(seed);
     Bytes bytes(size);

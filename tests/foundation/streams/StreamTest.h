@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,7 @@ inline std::string TextOf(std::span<const std::byte> bytes)
 }
 
 /// Numbers that do not repeat soon, some of them compressible.
-Bytes RandomBytes(std::size_t size, unsigned seed = 1);
+Bytes RandomBytes(std::size_t size, std::mt19937::result_type seed = 1);
 
 /// Reads up to the end in pieces of @p piece bytes.
 Bytes ReadAll(MStream& stream, std::size_t piece = 4096);

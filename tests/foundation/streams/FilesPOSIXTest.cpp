@@ -1,0 +1,202 @@
+// What only this platform can show: rights, special files, names that are no text, the desktop.
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "foundation/streams/Files.h"
+#include "foundation/streams/MStdFileStream.h"
+#include "tests/foundation/streams/StreamTest.h"
+#include "tests/tools/TemporaryFolder.h"
+
+namespace
+{
+
+using Opening = MStdFileStream::Opening;
+
+constexpr std::uint8_t SomeBytes[] = {'t', 'e', 'x', 't'};
+
+MString NameOf(const std::filesystem::path& path)
+{
+    return MString::FromUTF8(path.native());
+}
+
+/// Rights bind everybody but the superuser, which tests in containers often are.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser() : isRoot(geteuid() == 0)
+    {
+        if (isRoot && seteuid(65534) != 0)
+            std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser()
+    {
+        if (isRoot && seteuid(0) != 0)
+            std::abort();
+    }
+
+private:
+    bool isRoot;
+};
+
+TEST(MStdFileStream, ReadsAFileThatMayNotBeWritten)
+{
+    const TemporaryFolder folder;
+    folder.Write("fixed", SomeBytes);
+    folder.Write("secret", SomeBytes);
+    const MString name = NameOf(folder / "fixed");
+    chmod(folder.GetPath().c_str(), 0555);
+    chmod((folder / "fixed").c_str(), 0444);
+    chmod((folder / "secret").c_str(), 0);
+    {
+        const OrdinaryUser user;
+        MStdFileStream stream(name, Opening::Existing);
+        EXPECT_EQ(Thrown([&] { stream.Write(BytesOf("new")); }),
+                  "Error writing to file \"" + name.ToUTF8() + "\". Probably disk full. (0)");
+        EXPECT_EQ(TextOf(ReadAll(stream)), "text");
+        EXPECT_EQ(Thrown([&] { MStdFileStream(NameOf(folder / "secret"), Opening::Existing); }),
+                  "File \"" + NameOf(folder / "secret").ToUTF8() +
+                      "\" could not be open. Make sure it exists. (257)");
+        for (const char* const refused : {"fixed", "new"})
+            EXPECT_EQ(Thrown([&] { MStdFileStream(NameOf(folder / refused), Opening::Create); }),
+                      "File \"" + NameOf(folder / refused).ToUTF8() +
+                          "\" could not be created. Make sure there is no write-protected file "
+                          "already existing. (257)");
+        EXPECT_EQ(Thrown([&] { files::DeleteFile(name); }),
+                  "Could not delete file \"" + name.ToUTF8() + "\". (0)");
+    }
+    chmod(folder.GetPath().c_str(), 0755);
+}
+
+TEST(MStdFileStream, AFullDiskShowsAtTheLatestWhenClosed)
+{
+    const std::string failure = "Error writing to file \"/dev/full\". Probably disk full. (0)";
+    const Bytes much(1 << 20);
+    MStdFileStream large("/dev/full", Opening::Existing);
+    EXPECT_EQ(Thrown([&] { large.Write(much); }), failure);
+
+    MStdFileStream flushed("/dev/full", Opening::Existing);
+    flushed.Write(BytesOf("x"));
+    EXPECT_EQ(Thrown([&] { flushed.Flush(); }), failure);
+    Bytes buffer(10);
+    EXPECT_EQ(flushed.Read(buffer), 10u) << "zeros; the failure is over";
+    MStdFileStream closed("/dev/full", Opening::Existing);
+    closed.Write(BytesOf("x"));
+    EXPECT_EQ(Thrown([&] { closed.Close(); }), failure);
+    EXPECT_EQ(Thrown([&] { closed.Flush(); }), "File stream is not initialized. (0)");
+    EXPECT_EQ(Thrown(
+                  []
+                  {
+                      MStdFileStream forgotten("/dev/full", Opening::Existing);
+                      forgotten.Write(BytesOf("x"));
+                  }),
+              "nothing");
+}
+
+TEST(MStdFileStream, WhatIsNoFileCannotBeReadOrSought)
+{
+    const TemporaryFolder folder;
+    const MString pipe = NameOf(folder / "pipe");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    MStdFileStream stream(pipe, Opening::Existing);
+    EXPECT_EQ(Thrown([&] { stream.Seek(0, MStream::FromStart); }),
+              "Could not perform file seek. (0)");
+    EXPECT_EQ(Thrown([&] { stream.GetSize(); }), "Could not perform file seek. (0)");
+    EXPECT_EQ(Thrown([&] { MStdFileStream(NameOf(folder.GetPath()), Opening::Existing); }),
+              "File \"" + NameOf(folder.GetPath()).ToUTF8() +
+                  "\" could not be open. Make sure it exists. (257)")
+        << "a folder";
+
+    MStdFileStream memory("/proc/self/mem", Opening::Existing); // nothing is mapped at 0
+    Bytes buffer(10);
+    EXPECT_EQ(Thrown([&] { memory.Read(buffer); }),
+              "Error reading from file \"/proc/self/mem\". (0)");
+}
+
+/// A desktop that writes down what it is asked to open.
+class Desktop
+{
+public:
+    Desktop()
+    {
+        std::ofstream(folder / "xdg-open") << "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" >" << Log()
+                                           << ".new\nmv " << Log() << ".new " << Log() << "\n";
+        chmod((folder / "xdg-open").c_str(), 0755);
+        setenv("PATH", (folder.GetPath().string() + ":" + path).c_str(), 1);
+    }
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    ~Desktop() { setenv("PATH", path.c_str(), 1); }
+
+    /// Waits for the note, which it removes.
+    std::string Opened()
+    {
+        using namespace std::chrono_literals;
+        for (int i = 0; i < 1000 && !std::filesystem::exists(Log()); ++i)
+            std::this_thread::sleep_for(10ms);
+        const std::vector<std::uint8_t> bytes = folder.Read("log");
+        std::filesystem::remove(Log());
+        return {bytes.begin(), bytes.end()};
+    }
+
+    const TemporaryFolder folder;
+
+private:
+    std::string Log() const { return (folder / "log").string(); }
+
+    std::string path = std::getenv("PATH");
+};
+
+TEST(Files, HandsAddressesAndFilesToTheDesktopAsOneArgument)
+{
+    Desktop desktop;
+    const std::string file = (desktop.folder / "a 'quoted' $(file)").string();
+    desktop.folder.Write("a 'quoted' $(file)", SomeBytes);
+    for (const std::string& target :
+         {std::string("https://example.org/?a=b&c=$(touch${IFS}pwned)'`\";"),
+          std::string("HTTP://example.org"), std::string("mailto:someone@example.org"), file,
+          desktop.folder.GetPath().string()})
+    {
+        files::Execute(MString::FromUTF8(target));
+        EXPECT_EQ(desktop.Opened(), "1\n" + target + "\n");
+    }
+}
+
+TEST(Files, NothingElseReachesTheDesktop)
+{
+    Desktop desktop;
+    for (const std::string& target : std::initializer_list<std::string>{
+             "", "-version", "--help", "file:///etc/passwd", "javascript:alert(1)", "https://",
+             "ls", "http://a b", "http://a\n--help", "ftp://example.org", "mailto:"})
+        EXPECT_EQ(Thrown([&] { files::Execute(MString::FromUTF8(target)); }),
+                  "Could not execute file \"" + target + "\". (0)");
+    EXPECT_EQ(desktop.folder.List(), "xdg-open");
+}
+
+TEST(Files, ANameThatLooksLikeAnOptionIsPassedAsAPath)
+{
+    Desktop desktop;
+    desktop.folder.Write("--help", SomeBytes);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(desktop.folder.GetPath());
+    files::Execute("--help");
+    std::filesystem::current_path(before);
+    EXPECT_EQ(desktop.Opened(), "1\n" + (desktop.folder / "--help").string() + "\n");
+}
+
+TEST(Files, AMissingDesktopIsAFailure)
+{
+    Desktop desktop;
+    setenv("PATH", "/nonexistent", 1);
+    EXPECT_EQ(Thrown([] { files::Execute("http://example.org"); }),
+              "Could not execute file \"http://example.org\". (0)");
+}
+
+} // namespace
