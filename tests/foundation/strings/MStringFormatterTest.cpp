@@ -1,5 +1,8 @@
 #include "foundation/strings/MStringFormatter.h"
 
+#include <algorithm>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "foundation/threads/MException.h"
@@ -60,13 +63,84 @@ TEST(MStringFormatter, BracesStandForThemselvesWhenDoubled)
     EXPECT_EQ(MStringFormatter("end}").Result().ToUTF8(), "end");
 }
 
+TEST(MStringFormatter, LongTextsComeOutWhole)
+{
+    for (const std::size_t size : {254, 255, 256, 511, 5000})
+    {
+        const std::string literal(size, 'x');
+        const std::string format = literal + "{1}" + literal + "{0; 99}";
+        EXPECT_EQ(MStringFormatter(format.c_str()).Add(7).Add("mid").Result().ToUTF8(),
+                  literal + "mid" + literal + std::string(98, ' ') + "7");
+    }
+    EXPECT_EQ(Format("{0;.99}", -1e308).size(), 1u + 309u + 1u + 99u);
+    EXPECT_EQ(Format("{0;.99}", 1e308).substr(0, 7), "1000000");
+}
+
+TEST(MStringFormatter, ArgumentsOfOnePlaceKeepTheirOrder)
+{
+    // All orders of four placeholders that stand in the same place.
+    std::string order = "0123";
+    do
+    {
+        std::string format;
+        std::string expected;
+        for (const char digit : order)
+        {
+            format += std::string("{") + digit + "}";
+            expected += static_cast<char>(digit - '0' + 'a');
+        }
+        const MString result =
+            MStringFormatter(format.c_str()).Add("a").Add("b").Add("c").Add("d").Result();
+        EXPECT_EQ(result.ToUTF8(), expected) << format;
+    } while (std::ranges::next_permutation(order).found);
+}
+
+TEST(MStringFormatter, CopiesFillTheSameText)
+{
+    MStringFormatter first("{0}, {1}");
+    MStringFormatter second = first;
+    first.Add(1);
+    second.Add(2).Add("nowhere");
+    EXPECT_EQ(first.Result().ToUTF8(), "1, 2");
+}
+
+TEST(MStringFormatter, SkipsWhatItDoesNotKnow)
+{
+    EXPECT_EQ(Format("{}", 5), "5") << "no number is 0";
+    EXPECT_EQ(Format("{0;?.1y}", 2.0), "2.0");
+    EXPECT_EQ(Format("{0;.123}", 2.0), "2.000000000000") << "two digits count";
+    EXPECT_EQ(Format("{0;.-2}", 2.0), "2") << "no digits are none";
+    EXPECT_EQ(Format("{0x}", -255), "-FF");
+    EXPECT_EQ(MStringFormatter("{0x;08}").Add(~std::uint64_t{0}).Result().ToUTF8(),
+              "FFFFFFFFFFFFFFFF");
+}
+
 TEST(MStringFormatter, RefusesBrokenFormats)
 {
-    for (const char* const format : {"{", "{0;", "{0", "x {12.3"})
-        EXPECT_THROW(MStringFormatter{format}, MException) << format;
-    for (const char* const format : {"{32}", "{-1}", "{999}"})
-        EXPECT_THROW(MStringFormatter{format}, MException) << format;
-    EXPECT_EQ(MStringFormatter("{31}").Result().ToUTF8(), "");
+    struct Case
+    {
+        const char* format;
+        const char* text;
+    };
+    constexpr const char* Unended = "Formatting string ends in an argument specification.";
+    constexpr const char* Invalid = "Formatting string contains an invalid argument number.";
+    constexpr Case Cases[] = {
+        {"{", Unended},       {"{0;", Unended},   {"{0", Unended},
+        {"x {12.3", Unended}, {"{0;.", Unended},  {"{32}", Invalid},
+        {"{-1}", Invalid},    {"{999}", Invalid}, {"a{31}b{320", Invalid},
+    };
+    for (const Case& row : Cases)
+        try
+        {
+            MStringFormatter formatter(row.format);
+            ADD_FAILURE() << row.format;
+        }
+        catch (const MException& failure)
+        {
+            EXPECT_EQ(failure.text.ToUTF8(), row.text) << row.format;
+            EXPECT_EQ(failure.code, 2) << row.format;
+        }
+    EXPECT_EQ(MStringFormatter("{31}{-0}{001}").Result().ToUTF8(), "");
 }
 
 } // namespace

@@ -1,9 +1,5 @@
 #include "foundation/strings/MString.h"
 
-#include <clocale>
-#include <cmath>
-#include <cstdio>
-#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -11,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/threads/MException.h"
+#include "tests/foundation/strings/Bytes.h"
 
 namespace
 {
@@ -79,8 +76,19 @@ TEST(MString, MidCutsToTheText)
                 << row.position << ", " << row.count;
 }
 
-TEST(MString, ComparesWithoutCase)
+TEST(MString, ComparesWithoutCaseAndDiacritics)
 {
+    EXPECT_EQ(MString::FromUTF8("R\xC3\xA9sum\xC3\xA9").Compare("RESUME"), 0);
+    EXPECT_EQ(MString::FromUTF8("\xC7\xA8\xE1\xBA\xA4").Compare("ka"), 0) << "two marks on one";
+    EXPECT_EQ(MString::FromUTF16(u"\u0385\u1F8D\uFB4E")
+                  .Compare(MString::FromUTF16(u"\u00A8\u0391\u05E4")),
+              0)
+        << "to the base of the base, in the same case";
+    EXPECT_NE(MString::FromUTF16(u"\u0391").Compare(MString::FromUTF16(u"\u03B1")), 0)
+        << "only A to Z have a lower case";
+    EXPECT_NE(MString::FromUTF16(u"\u00DF").Compare("ss"), 0);
+    EXPECT_NE(MString::FromUTF16(u"\u00C6").Compare("A"), 0);
+    EXPECT_EQ(MString("b").Compare("\xE9"), u'b' - 0xFFE9) << "literals have the sign extended";
     EXPECT_TRUE(MString("Frequency") == MString::FromUTF8("fREQUENCY"));
     EXPECT_LT(MString("Dry").Compare("wet"), 0);
     EXPECT_GT(MString("wet").Compare("Dry"), 0);
@@ -88,93 +96,194 @@ TEST(MString, ComparesWithoutCase)
     EXPECT_LT(MString("").Compare("a"), 0);
 }
 
-TEST(MString, UTF8RoundTripsEveryPlane)
+TEST(MString, ComparesParts)
 {
-    for (const char* const text :
-         {"", "plain", "\xC3\xA9", "\xE2\x99\xAF 440", "\xF0\x9D\x84\x9E!"})
-        EXPECT_EQ(MString::FromUTF8(text).ToUTF8(), text);
-    EXPECT_EQ(MString::FromUTF8("\xF0\x9D\x84\x9E").Length(), 2) << "a surrogate pair";
+    struct Case
+    {
+        int position, otherPosition, maxCount, expected;
+    };
+    constexpr Case Cases[] = {
+        {4, 0, 9, -'w'},      {4, 0, 4, 0}, {0, 0, 9, 'l' - 'p'}, {0, 0, 0, 0},
+        {5, 0, 2, 'a' - 'p'}, {2, 4, 1, 0}, {2, 4, 2, '-' - 'o'}, {9, 0, 5, -'p'},
+        {99, 99, 5, 0},       {6, 2, 2, 0}, {6, 2, 3, -'w'},
+    };
+    const MString text = MString::FromNarrow("low-Pass");
+    for (const Case& row : Cases)
+        EXPECT_EQ(text.Compare(row.position, "pASSwo", row.otherPosition, row.maxCount),
+                  row.expected)
+            << row.position << ", " << row.otherPosition << ", " << row.maxCount;
+    EXPECT_EQ(MString::FromUTF16(std::u16string(u"ab\0c", 4))
+                  .Compare(MString::FromUTF16(std::u16string(u"ab\0d", 4))),
+              0)
+        << "both end at a terminator";
 }
 
-TEST(MString, BytesThatAreNotUTF8BecomeReplacements)
-{
-    for (const char* const broken :
-         {"\xFF", "\xC3", "\xE2\x99", "\xC0\x80", "\xED\xA0\x80", "\xF8", "\xE0\x80\x80"})
-        EXPECT_EQ(MString::FromUTF8(broken).CharAt(0), 0xFFFD) << broken;
-    EXPECT_EQ(MString::FromUTF8("\xC3(").Mid(1, 1).ToUTF8(), "(") << "what follows is kept";
-}
-
-TEST(MString, DoublesPrintAsTheCLibraryDoes)
-{
-    for (const double value : {0.0, -0.5, 1.005, 12345.6789, 1e21, -1e-9, 1.7e308})
-        for (const int decimals : {0, 1, 2, 12})
-        {
-            char expected[512];
-            std::snprintf(expected, sizeof(expected), "%.*f", decimals, value);
-            EXPECT_EQ(MString::FromDouble(value, decimals).ToUTF8(), expected);
-        }
-}
-
-TEST(MString, ReadsTheNumberThatATextBeginsWith)
+TEST(MString, HashesByItsThinSampling)
 {
     struct Case
     {
         const char* text;
-        double expected;
+        std::int32_t expected;
     };
-    constexpr double Largest = std::numeric_limits<double>::max();
+    // 'a' is 97, 'b' 98, 'c' 99, 'z' 122.
     constexpr Case Cases[] = {
-        {"440 Hz", 440.0},  {" \t-6.5 dB", -6.5}, {"+3", 3.0},
-        {"1e3", 1000.0},    {".5", 0.5},          {"", 0.0},
-        {"abc", 0.0},       {"nan", 0.0},         {"-inf", 0.0},
-        {"+-1", 0.0},       {"1e999", Largest},   {"-1e999", -Largest},
-        {"1e-999", 0.0},    {"0x10", 0.0},        {"440,5", 440.0},
-        {"0.000e999", 0.0},
-    };
-    for (const Case& row : Cases)
-        EXPECT_EQ(MString(row.text).ToDouble(), row.expected) << row.text;
-
-    double value = 7.0;
-    EXPECT_FALSE(MString("infinity").ReadDouble(value));
-    EXPECT_EQ(value, 7.0);
-    EXPECT_TRUE(MString((std::string(400, '9') + ".5").c_str()).ReadDouble(value));
-    EXPECT_EQ(value, Largest) << "400 digits";
-}
-
-TEST(MString, ReadsIntegersUpToTheFirstOtherCharacter)
-{
-    struct Case
-    {
-        const char* text;
-        int radix;
-        std::int64_t expected;
-        int consumed;
-    };
-    constexpr Case Cases[] = {
-        {"72", 10, 72, 2},
-        {"-12x", 10, -12, 3},
-        {"x", 10, 0, 0},
-        {"-", 10, 0, 1},
-        {"fF", 16, 255, 0},
-        {"-fG", 16, -15, 1},
-        {"12", 2, 1, 0},
-        {"-9223372036854775808", 10, std::numeric_limits<std::int64_t>::min(), 20},
+        {"", 0},
+        {"a", 97},
+        {"A", 97},
+        {"ab", 97 ^ 98 << 1},
+        {"aBc", 97 ^ 98 << 1 ^ 99 << 2},
+        {"\xE9", 0xE9 - 256},
+        {"@@@@@@@@@@@@@@a", (64 * ((1 << 14) - 1)) ^ 97 << 14},
+        {"abcdzbcdabcdabcd", 97},
+        {"abcdzbcdabcdabcdabc", 97},
+        {"abcdzbcdabcdabcdabcd", 97 ^ 122 << 4},
+        {"ABCDZ...................................", 97 ^ 122 << 4},
     };
     for (const Case& row : Cases)
     {
-        int consumed = -1;
-        EXPECT_EQ(MString(row.text).ToInteger(row.radix, &consumed), row.expected) << row.text;
-        EXPECT_EQ(consumed, row.consumed) << row.text;
+        EXPECT_EQ(MString(row.text).Hash(), row.expected) << row.text;
+        EXPECT_EQ(MString::FromNarrow(row.text).Hash(), row.expected) << row.text;
     }
 }
 
-TEST(MString, IntegersPadBehindTheSign)
+TEST(MString, FindsCharactersFromEitherEnd)
 {
-    EXPECT_EQ(MString::FromInteger(-5, 10, 3, u'0').ToUTF8(), "-005");
-    EXPECT_EQ(MString::FromInteger(-5, 10, 3).ToUTF8(), "-  5");
-    EXPECT_EQ(MString::FromInteger(std::numeric_limits<std::int64_t>::min()).ToUTF8(),
-              "-9223372036854775808");
-    EXPECT_EQ(MString::FromUnsigned(~std::uint64_t{0}, 16).ToUTF8(), "FFFFFFFFFFFFFFFF");
+    for (const MString& text : {MString("banana"), MString::FromNarrow("banana")})
+    {
+        EXPECT_EQ(text.Find(u'a'), 1);
+        EXPECT_EQ(text.Find(u'a', 2), 3);
+        EXPECT_EQ(text.Find(u'b', -7), 0);
+        EXPECT_EQ(text.Find(u'A'), -1);
+        EXPECT_EQ(text.Find(u'a', 6), -1);
+        EXPECT_EQ(text.FindLast(u'n', 100), 4);
+        EXPECT_EQ(text.FindLast(u'n', 3), 2);
+        EXPECT_EQ(text.FindLast(u'n', 1), -1);
+        EXPECT_EQ(text.FindLast(u'b', 0), 0);
+        EXPECT_EQ(text.FindLast(u'b', -1), -1);
+    }
+    EXPECT_EQ(MString("\xE9").Find(0xFFE9), 0);
+    EXPECT_EQ(MString().FindLast(u'a', 0), -1);
+}
+
+TEST(MString, ErasesWhatThereIs)
+{
+    struct Case
+    {
+        int position, count;
+        const char* expected;
+    };
+    constexpr Case Cases[] = {{0, 2, "lay"},   {1, 1, "Dlay"},   {3, 99, "Del"},  {0, 99, ""},
+                              {5, 1, "Delay"}, {-1, 2, "Delay"}, {2, 0, "Delay"}, {2, -1, "Delay"}};
+    for (const Case& row : Cases)
+    {
+        const MString original = MString::FromNarrow("Delay");
+        for (MString text : {MString("Delay"), original})
+        {
+            text.Erase(row.position, row.count);
+            EXPECT_EQ(text.ToUTF8(), row.expected);
+        }
+        EXPECT_EQ(original.ToUTF8(), "Delay");
+    }
+}
+
+TEST(MString, ReplacesCharactersByTexts)
+{
+    MString text = "a-b--c-";
+    EXPECT_EQ(text.ReplaceChar(u'-', "<->"), 4);
+    EXPECT_EQ(text.ToUTF8(), "a<->b<-><->c<->") << "what was put in is passed over";
+    EXPECT_EQ(text.ReplaceChar(u'>', ""), 4);
+    EXPECT_EQ(text.ToUTF8(), "a<-b<-<-c<-");
+    EXPECT_EQ(text.ReplaceChar(u'x', "y"), 0);
+    MString own = MString::FromNarrow("xy");
+    EXPECT_EQ(own.ReplaceChar(u'x', own), 1);
+    EXPECT_EQ(own.ToUTF8(), "xyy");
+}
+
+TEST(MString, ChangesCaseAndWhiteSpace)
+{
+    EXPECT_EQ(MString::FromUTF8("az\xC3\xA9`{").ToUpper().ToUTF8(), "AZ\xC3\xA9`{");
+    MString blanks = "\t a\r\nb\x1F!";
+    blanks.NormalizeWhitespace();
+    EXPECT_EQ(blanks.ToUTF8(), "  a  b !");
+}
+
+TEST(MString, ScoresTheWordsThatAQueryTouches)
+{
+    struct Case
+    {
+        const char* text;
+        const char* query;
+        int expected;
+    };
+    constexpr Case Cases[] = {
+        {"Low pass", "PASSWORD", 4}, {"Low pass", "lo", 2}, {"Low pass", "pa lo", 4},
+        {"Low pass", "ass", 0},      {"Low pass", "", 0},   {"", "low", 0},
+        {"low-low", "slow", 6},      {"a1a", "a", 2},       {"filter", "fi filt", 4},
+    };
+    for (const Case& row : Cases)
+        EXPECT_EQ(MString(row.text).MatchScore(row.query), row.expected)
+            << row.text << ", " << row.query;
+}
+
+TEST(MString, AppendsItsOwnCharacters)
+{
+    MString text = MString::FromNarrow("abcdefgh");
+    for (int i = 0; i < 6; ++i)
+        text.WithCharacters(
+            [&text](auto characters)
+            {
+                if constexpr (sizeof(characters[0]) == sizeof(char16_t))
+                    text.AppendChars({characters.data() + 1, characters.size() - 1});
+            });
+    // Each round adds all but the first character: 2n - 1.
+    EXPECT_EQ(text.Length(), 7 * 64 + 1);
+    for (int i = 0; i < text.Length(); ++i)
+        ASSERT_EQ(text.CharAt(i), i == 0 ? u'a' : u'b' + (i - 1) % 7);
+}
+
+TEST(MString, MakesTextsOfAnySource)
+{
+    EXPECT_EQ(Units(MString::FromNarrow("a\xE9")), std::u16string({u'a', 0xFFE9}));
+    EXPECT_EQ(Units(MString::FromUTF16(u"a\u20AC")), u"a\u20AC");
+    EXPECT_EQ(Units(MString::FromCharacter(0xFFFF)), u"\uFFFF");
+    EXPECT_EQ(MString::Print("%d of %s", 3, "four").ToUTF8(), "3 of four");
+    EXPECT_EQ(MString::Print("%9000s", "").Length(), 8191);
+    MString fill = "x";
+    fill.AppendFill(3, u'-');
+    fill.AppendFill(-3, u'+');
+    EXPECT_EQ(fill.ToUTF8(), "x---");
+    fill.Clear();
+    EXPECT_TRUE(fill.IsEmpty());
+}
+
+TEST(MString, SharesItsWholeAndNothingElse)
+{
+    const MString text = MString::FromNarrow("Frequency");
+    const auto address = [](const MString& of)
+    {
+        return of.WithCharacters([](auto characters)
+                                 { return static_cast<const void*>(characters.data()); });
+    };
+    EXPECT_EQ(address(text.Mid(0, 1000)), address(text));
+    EXPECT_NE(address(text.Mid(0, 8)), address(text));
+    const MString literal = "Dry";
+    EXPECT_EQ(address(literal.Mid(0, 3)), address(literal));
+}
+
+TEST(MString, RefusesToGrowBeyondTheLimit)
+{
+    MString text = "x";
+    try
+    {
+        text.AppendFill(1 << 30, u'x');
+        ADD_FAILURE();
+    }
+    catch (const MException& failure)
+    {
+        EXPECT_EQ(failure.text.ToUTF8(), "String is too long.");
+        EXPECT_EQ(failure.code, 2);
+    }
+    EXPECT_EQ(text.ToUTF8(), "x");
 }
 
 TEST(MStringThreads, HoldersOnSeveralThreadsShareOneText)
