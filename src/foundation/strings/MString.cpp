@@ -10,6 +10,7 @@
 #include <cstring>
 #include <functional>
 #include <new>
+#include <utility>
 
 #include "foundation/limits.h"
 #include "foundation/strings/Codecs.h"
@@ -20,13 +21,17 @@
 namespace
 {
 
+/// Bytes of a block.
+constexpr std::size_t LargestPower = std::size_t{1} << 31;
+
 /// Of a block with a header and room for so many characters and a terminator.
 std::size_t BlockBytes(std::size_t characters, std::size_t headerBytes)
 {
     if (characters > static_cast<std::size_t>(limits::TextCharacters))
         throw MException("String is too long.", MException::BadArgument);
-    return std::min(std::bit_ceil((characters + 1) * sizeof(char16_t) + headerBytes),
-                    std::size_t{std::numeric_limits<std::uint32_t>::max() - 1});
+    const std::size_t bytes = (characters + 1) * sizeof(char16_t) + headerBytes;
+    // The longest text takes some bytes more than the header can say as a power of two.
+    return bytes <= LargestPower ? std::bit_ceil(bytes) : bytes;
 }
 
 constexpr std::size_t TooManyCharacters = limits::TextCharacters + std::size_t{1};
@@ -49,12 +54,44 @@ constexpr bool IsLetterASCII(char16_t character) noexcept
     return lower >= u'a' && lower <= u'z';
 }
 
-/// From either form of a text to 16 bits.
-struct Wider
+/// A character of either form of a text.
+constexpr char16_t ToWide(signed char character) noexcept
 {
-    char16_t operator()(signed char character) const noexcept { return MString::Widen(character); }
-    char16_t operator()(char16_t character) const noexcept { return character; }
-};
+    return MString::Widen(character);
+}
+constexpr char16_t ToWide(char16_t character) noexcept
+{
+    return character;
+}
+
+/// Copies characters of either form; returns their end.
+template <typename Character>
+char16_t* CopyWide(std::span<const Character> characters, char16_t* target) noexcept
+{
+    if constexpr (sizeof(Character) == sizeof(char16_t))
+        return std::ranges::copy(characters, target).out;
+    else
+        return std::ranges::transform(characters, target, MString::Widen).out;
+}
+
+/// How many characters a comparison looks at in one step.
+constexpr std::size_t Round = 8;
+
+/// Whether the next round of two texts differs in nothing but the case of ASCII letters. False if
+/// it takes more than that to tell, and at a terminator. Without branches, for vectors.
+template <typename A, typename B>
+bool IsEqualRound(const A* a, const B* b) noexcept
+{
+    unsigned doubts = 0;
+    for (std::size_t i = 0; i < Round; ++i)
+    {
+        const char16_t left = ToWide(a[i]);
+        const char16_t right = ToWide(b[i]);
+        doubts |= static_cast<unsigned>(ToLowerASCII(left) != ToLowerASCII(right));
+        doubts |= static_cast<unsigned>(left == 0);
+    }
+    return doubts == 0;
+}
 
 /// The difference of the first characters that differ within the shorter text, whose end counts as
 /// a terminator; both stop at a terminator that they share.
@@ -64,19 +101,17 @@ int CompareFolded(std::span<const A> a, std::span<const B> b) noexcept
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i)
     {
-        const char16_t left = Wider{}(a[i]);
-        const char16_t right = Wider{}(b[i]);
-        if (left == right)
-        {
-            if (left == 0)
-                return 0;
-            continue;
-        }
-        if (const int difference = Fold(left) - Fold(right); difference != 0)
+        const char16_t left = ToWide(a[i]);
+        const char16_t right = ToWide(b[i]);
+        const int difference = left == right ? 0 : Fold(left) - Fold(right);
+        if (difference != 0 || left == 0)
             return difference;
+        // Most texts differ at once or not at all.
+        while (i + 1 + Round <= common && IsEqualRound(&a[i + 1], &b[i + 1]))
+            i += Round;
     }
-    const char16_t left = common < a.size() ? Wider{}(a[common]) : u'\0';
-    const char16_t right = common < b.size() ? Wider{}(b[common]) : u'\0';
+    const char16_t left = common < a.size() ? ToWide(a[common]) : u'\0';
+    const char16_t right = common < b.size() ? ToWide(b[common]) : u'\0';
     return Fold(left) - Fold(right);
 }
 
@@ -190,9 +225,22 @@ void MString::Clear() noexcept
     isLiteral = true;
 }
 
+void MString::Reserve(std::int64_t capacity)
+{
+    EnsureWritable(capacity);
+}
+
 void MString::Append(const MString& other)
 {
     Insert(length, other);
+}
+
+void MString::Append(char16_t character)
+{
+    char16_t* const end = EnsureWritable(std::int64_t{length} + 1) + length;
+    end[0] = character;
+    end[1] = 0;
+    ++length;
 }
 
 void MString::AppendFill(int count, char16_t character)
@@ -216,11 +264,15 @@ void MString::Insert(int position, const MString& other)
 {
     if (other.IsEmpty())
         return;
-    const MString inserted = other; // other may be this text
+    if (&other == this)
+    {
+        const MString kept = other;
+        Insert(position, kept);
+        return;
+    }
     char16_t* const gap =
-        Open(std::clamp(position, 0, int{length}), static_cast<std::size_t>(inserted.length));
-    inserted.WithCharacters([gap](auto characters)
-                            { std::ranges::transform(characters, gap, Wider{}); });
+        Open(std::clamp(position, 0, int{length}), static_cast<std::size_t>(other.length));
+    other.WithCharacters([gap](auto characters) { CopyWide(characters, gap); });
 }
 
 void MString::Erase(int position, int count)
@@ -235,15 +287,26 @@ void MString::Erase(int position, int count)
 
 int MString::ReplaceChar(char16_t character, const MString& replacement)
 {
-    const MString inserted = replacement; // it may be this text
-    int replaced = 0;
-    for (int at = Find(character); at >= 0; at = Find(character, at + inserted.length))
+    const auto found = static_cast<int>(WithCharacters(
+        [character](auto characters)
+        {
+            return std::ranges::count_if(characters, [character](auto present)
+                                         { return ToWide(present) == character; });
+        }));
+    if (found == 0)
+        return 0;
+    MString result;
+    result.Reserve(length + found * (std::int64_t{replacement.length} - 1));
+    int start = 0;
+    for (int at = Find(character); at >= 0; at = Find(character, start))
     {
-        Erase(at, 1);
-        Insert(at, inserted);
-        ++replaced;
+        result.AppendPart(*this, start, at - start);
+        result.Append(replacement);
+        start = at + 1;
     }
-    return replaced;
+    result.AppendPart(*this, start, length - start);
+    *this = std::move(result);
+    return found;
 }
 
 void MString::NormalizeWhitespace()
@@ -263,14 +326,7 @@ MString MString::Mid(int position, int count) const
     if (count == length)
         return *this;
     MString result;
-    char16_t* const target = result.Open(0, static_cast<std::size_t>(count));
-    WithCharacters(
-        [&](auto characters)
-        {
-            std::ranges::transform(characters.subspan(static_cast<std::size_t>(position),
-                                                      static_cast<std::size_t>(count)),
-                                   target, Wider{});
-        });
+    result.AppendPart(*this, position, count);
     return result;
 }
 
@@ -375,9 +431,9 @@ char16_t* MString::EnsureWritable(std::int64_t capacity)
         Block::Of(text)->holders.load(std::memory_order_acquire) < 2)
     {
         Block* block = Block::Of(text);
-        const std::size_t bytes = BlockBytes(characters, sizeof(Block));
-        if (block->capacityBytes < bytes)
+        if (block->capacityBytes < (characters + 1) * sizeof(char16_t) + sizeof(Block))
         {
+            const std::size_t bytes = BlockBytes(characters, sizeof(Block));
             block = static_cast<Block*>(std::realloc(static_cast<void*>(block), bytes));
             if (block == nullptr)
                 throw std::bad_alloc();
@@ -388,8 +444,7 @@ char16_t* MString::EnsureWritable(std::int64_t capacity)
     }
 
     Block* const block = Block::Allocate(characters);
-    WithCharacters([block](auto present)
-                   { std::ranges::transform(present, block->Characters(), Wider{}); });
+    WithCharacters([block](auto present) { CopyWide(present, block->Characters()); });
     block->Characters()[length] = 0;
     if (!isLiteral)
         Release();
@@ -398,12 +453,27 @@ char16_t* MString::EnsureWritable(std::int64_t capacity)
     return block->Characters();
 }
 
+void MString::AppendPart(const MString& other, int position, int count)
+{
+    if (count <= 0)
+        return;
+    char16_t* const gap = Open(length, static_cast<std::size_t>(count));
+    other.WithCharacters(
+        [&](auto characters)
+        {
+            CopyWide(characters.subspan(static_cast<std::size_t>(position),
+                                        static_cast<std::size_t>(count)),
+                     gap);
+        });
+}
+
 char16_t* MString::Open(int position, std::size_t count)
 {
     char16_t* const characters =
         EnsureWritable(length + static_cast<std::int64_t>(std::min(count, TooManyCharacters)));
     char16_t* const gap = characters + position;
-    std::copy_backward(gap, characters + length, characters + length + count);
+    if (position < length)
+        std::copy_backward(gap, characters + length, characters + length + count);
     length += static_cast<std::int32_t>(count);
     characters[length] = 0;
     return gap;

@@ -101,8 +101,10 @@ public:
     }
 
     void Clear() noexcept;
+    /// Makes room for @p capacity characters in all, for who is going to append them.
+    void Reserve(std::int64_t capacity);
     void Append(const MString& other);
-    void Append(char16_t character) { AppendFill(1, character); }
+    void Append(char16_t character);
     /// @p count times @p character; nothing for a count below 1.
     void AppendFill(int count, char16_t character);
     /// @p characters may be part of this text.
@@ -200,6 +202,8 @@ private:
     char16_t* EnsureWritable(std::int64_t capacity);
     /// Makes room for @p count more characters at @p position, and their end the text's new end.
     char16_t* Open(int position, std::size_t count);
+    /// Appends a part of another text, which has it.
+    void AppendPart(const MString& other, int position, int count);
     /// Gives up the block, for what is no literal.
     void Release() noexcept;
 

@@ -27,8 +27,7 @@ bool IsASCII(const Unit* units) noexcept
     return (all & Others) == 0;
 }
 
-/// How many of the units that @p source begins with are ASCII, in whole rounds and up to @p room;
-/// they go to @p target.
+/// Copies the ASCII units that @p source begins with, up to @p room; returns their number.
 template <typename From, typename To>
 std::size_t CopyASCII(std::span<const From> source, To* target, std::size_t room) noexcept
 {
@@ -37,6 +36,9 @@ std::size_t CopyASCII(std::span<const From> source, To* target, std::size_t room
     for (; done + Round <= last && IsASCII(source.data() + done); done += Round)
         for (std::size_t i = 0; i < Round; ++i)
             target[done + i] = static_cast<To>(source[done + i]);
+    // Less than a round is left, or what is no ASCII stands in it.
+    for (; done < last && static_cast<char16_t>(source[done]) < 0x80; ++done)
+        target[done] = static_cast<To>(source[done]);
     return done;
 }
 
@@ -118,11 +120,6 @@ MCodecProgress MEncoding::UTF8Codec::DecodeSome(MCodecState& state,
                 CopyASCII(source.subspan(read), &target[written], target.size() - written);
             read += plain;
             written += plain;
-            if (plain == 0)
-            {
-                target[written++] = byte;
-                ++read;
-            }
             continue;
         }
         ++read;
@@ -156,8 +153,7 @@ MCodecProgress MEncoding::UTF8Codec::EncodeSome(MCodecState& state,
                 CopyASCII(source.subspan(read), &target[written], target.size() - written);
             read += plain;
             written += plain;
-            if (plain > 0)
-                continue;
+            continue;
         }
         ++read;
         if (utf8::IsHighSurrogate(unit))

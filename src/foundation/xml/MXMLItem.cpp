@@ -203,9 +203,9 @@ void MXMLItem::LoadCompressed(MStream& stream)
 
 void MXMLItem::Save(const MString& fileName, const MString& encoding) const
 {
-    MStdFileStream file(fileName, MStdFileStream::Mode::Create);
+    MStdFileStream file(fileName, MStdFileStream::Opening::Create);
     Save(file, false, encoding);
-    file.Flush();
+    file.Close();
 }
 
 void MXMLItem::Save(MStream& stream, bool isCompact, const MString& encoding) const
