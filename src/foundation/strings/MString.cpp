@@ -134,17 +134,17 @@ void MString::Block::Free() noexcept
         reinterpret_cast<Slab*>(reinterpret_cast<std::byte*>(this) - capacityBytes / 2)->Release();
 }
 
-MString::Slab* MString::Slab::Allocate(std::size_t bytes)
+MString::Slab* MString::Slab::Allocate(std::size_t bytes, std::int32_t firstHolders)
 {
     void* const memory = std::malloc(bytes);
     if (memory == nullptr)
         throw std::bad_alloc();
-    return new (memory) Slab{1};
+    return new (memory) Slab{firstHolders};
 }
 
-void MString::Slab::Release() noexcept
+void MString::Slab::Release(std::int32_t count) noexcept
 {
-    if (holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    if (holders.fetch_sub(count, std::memory_order_acq_rel) == count)
         std::free(this);
 }
 

@@ -161,10 +161,10 @@ private:
     /// Memory for the blocks of many texts, which follow behind this header.
     struct Slab
     {
-        std::atomic<std::int32_t> holders; ///< texts, and the MStringSlab that fills it
+        std::atomic<std::int32_t> holders; ///< texts, those included that may still be made
 
-        static Slab* Allocate(std::size_t bytes);
-        void Release() noexcept;
+        static Slab* Allocate(std::size_t bytes, std::int32_t firstHolders);
+        void Release(std::int32_t count = 1) noexcept;
     };
 
     /// Header of the shared form; the terminated characters follow directly.

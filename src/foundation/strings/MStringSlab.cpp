@@ -5,8 +5,7 @@
 
 MStringSlab::~MStringSlab()
 {
-    if (slab != nullptr)
-        slab->Release();
+    Finish();
 }
 
 MString MStringSlab::Make(std::u16string_view characters)
@@ -20,16 +19,22 @@ MString MStringSlab::Make(std::u16string_view characters)
     const std::size_t bytes = (sizeof(Block) + textBytes + Alignment - 1) / Alignment * Alignment;
     if (slab == nullptr || fill + bytes > SlabBytes)
     {
-        MString::Slab* const next = MString::Slab::Allocate(SlabBytes);
-        if (slab != nullptr)
-            slab->Release();
+        MString::Slab* const next = MString::Slab::Allocate(SlabBytes, MaxTexts);
+        Finish();
         slab = next;
         fill = sizeof(MString::Slab);
+        left = MaxTexts;
     }
     void* const memory = reinterpret_cast<std::byte*>(slab) + fill;
     Block* const block = new (memory) Block{static_cast<std::uint32_t>(2 * fill + 1), 1};
     fill += bytes;
-    slab->holders.fetch_add(1, std::memory_order_relaxed);
+    --left;
     *std::ranges::copy(characters, block->Characters()).out = 0;
     return {block, characters.size()};
+}
+
+void MStringSlab::Finish() noexcept
+{
+    if (slab != nullptr)
+        slab->Release(left);
 }

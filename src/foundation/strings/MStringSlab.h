@@ -24,7 +24,12 @@ public:
 
 private:
     static constexpr std::size_t MaxTextBytes = SlabBytes / 4; ///< of a block in a slab
+    static constexpr std::int32_t MaxTexts = SlabBytes / 12;   ///< of a single character each
 
-    MString::Slab* slab = nullptr; ///< that is being filled; held by this
+    /// Gives up the slab, but for the texts that were made in it.
+    void Finish() noexcept;
+
+    MString::Slab* slab = nullptr; ///< that is being filled
     std::size_t fill = 0;          ///< bytes of it
+    std::int32_t left = 0;         ///< texts that it is held for and that are not made yet
 };

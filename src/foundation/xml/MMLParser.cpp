@@ -124,7 +124,7 @@ bool MMLParser::ReadTag(XMLSource& source)
 
 bool MMLParser::ReadClosingTag(XMLSource& source)
 {
-    const MString name = ReadName(source, closingGuess);
+    const MString& name = ReadName(source, closingGuess);
     while (source.PeekCharacter() != XMLSource::NoMore &&
            !IsDelimiter(static_cast<char16_t>(source.PeekCharacter())))
         source.Skip(1);
@@ -169,7 +169,7 @@ bool MMLParser::ReadCharacterData(XMLSource& source)
 
 bool MMLParser::ReadElement(XMLSource& source)
 {
-    const MString name = ReadName(source, elementGuess);
+    const MString& name = ReadName(source, elementGuess);
     if (name.IsEmpty())
         Refuse("No element name found.");
     const bool isSpecial = name.CharAt(0) == u'?';
@@ -192,7 +192,7 @@ bool MMLParser::ReadElement(XMLSource& source)
         }
         if (next == XMLSource::NoMore || EndsName{}(static_cast<char16_t>(next)))
             Refuse("Special character found where attribute expected.");
-        MString attribute = ReadName(
+        const MString& attribute = ReadName(
             source, attributeGuesses[std::min(attributes.size(), attributeGuesses.size() - 1)]);
         if (isSpecial && attribute.Length() == 1 && next == u'?')
         {
@@ -205,7 +205,7 @@ bool MMLParser::ReadElement(XMLSource& source)
         if (attributes.size() == limits.attributes)
             Refuse("Too many attributes.");
         MAttribute& added = attributes.emplace_back();
-        added.name = std::move(attribute);
+        added.name = attribute;
         added.value = ReadValue(source);
     }
 }
@@ -226,7 +226,7 @@ bool MMLParser::FinishElement(XMLSource& source, const MString& name, bool isClo
     return OnElement(name, attributes, true);
 }
 
-MString MMLParser::ReadName(XMLSource& source, MString& guess)
+const MString& MMLParser::ReadName(XMLSource& source, MString& guess)
 {
     if (StartsWithName(source.Peek(), guess))
     {

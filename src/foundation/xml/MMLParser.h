@@ -68,8 +68,9 @@ private:
     bool ReadElement(XMLSource& source);
     bool FinishElement(XMLSource& source, const MString& name, bool isClosingItself);
 
-    /// @p guess is the name that stood at a like place before; the next guess is what stands here.
-    MString ReadName(XMLSource& source, MString& guess);
+    /// Reads a name into @p guess, which is the one that stood at a like place before: most often
+    /// it stands here again.
+    const MString& ReadName(XMLSource& source, MString& guess);
     MString ReadValue(XMLSource& source);
     MString Decode(std::u16string_view encoded);
     MString MakeValue(std::u16string_view characters);
