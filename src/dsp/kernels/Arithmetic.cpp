@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "dsp/kernels/DefineKernel.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kernels
 {
@@ -81,42 +83,13 @@ HWY_AFTER_NAMESPACE();
 namespace kernels
 {
 
-HWY_EXPORT(Fill);
-HWY_EXPORT(FillDouble);
-HWY_EXPORT(Scale);
-HWY_EXPORT(Add);
-HWY_EXPORT(ScaleAdd);
-HWY_EXPORT(Mix);
-
-void Fill(float* dst, float v, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(Fill)(dst, v, n);
-}
-
-void FillDouble(double* dst, double v, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(FillDouble)(dst, v, n);
-}
-
-void Scale(float* dst, const float* src, float k, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(Scale)(dst, src, k, n);
-}
-
-void Add(float* dst, const float* src, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(Add)(dst, src, n);
-}
-
-void ScaleAdd(float* dst, const float* src, float k, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(ScaleAdd)(dst, src, k, n);
-}
-
-void Mix(float* dst, const float* a, float ka, const float* b, float kb, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(Mix)(dst, a, ka, b, kb, n);
-}
+DEFINE_KERNEL(void, Fill, (float* dst, float v, int n), (dst, v, n))
+DEFINE_KERNEL(void, FillDouble, (double* dst, double v, int n), (dst, v, n))
+DEFINE_KERNEL(void, Scale, (float* dst, const float* src, float k, int n), (dst, src, k, n))
+DEFINE_KERNEL(void, Add, (float* dst, const float* src, int n), (dst, src, n))
+DEFINE_KERNEL(void, ScaleAdd, (float* dst, const float* src, float k, int n), (dst, src, k, n))
+DEFINE_KERNEL(void, Mix, (float* dst, const float* a, float ka, const float* b, float kb, int n),
+              (dst, a, ka, b, kb, n))
 
 } // namespace kernels
 #endif

@@ -8,6 +8,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "dsp/kernels/DefineKernel.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kernels
 {
@@ -136,12 +138,8 @@ HWY_AFTER_NAMESPACE();
 namespace kernels
 {
 
-HWY_EXPORT(ReadCycle);
-
-double ReadCycle(float* dst, const float* table, double phase, double step, int n) noexcept
-{
-    return HWY_DYNAMIC_DISPATCH(ReadCycle)(dst, table, phase, step, n);
-}
+DEFINE_KERNEL(double, ReadCycle, (float* dst, const float* table, double phase, double step, int n),
+              (dst, table, phase, step, n))
 
 } // namespace kernels
 #endif

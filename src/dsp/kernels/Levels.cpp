@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "dsp/kernels/DefineKernel.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kernels
 {
@@ -71,18 +73,8 @@ HWY_AFTER_NAMESPACE();
 namespace kernels
 {
 
-HWY_EXPORT(PeakAbs);
-HWY_EXPORT(SumSquares);
-
-float PeakAbs(const float* src, int n) noexcept
-{
-    return HWY_DYNAMIC_DISPATCH(PeakAbs)(src, n);
-}
-
-double SumSquares(const float* src, int n) noexcept
-{
-    return HWY_DYNAMIC_DISPATCH(SumSquares)(src, n);
-}
+DEFINE_KERNEL(float, PeakAbs, (const float* src, int n), (src, n))
+DEFINE_KERNEL(double, SumSquares, (const float* src, int n), (src, n))
 
 } // namespace kernels
 #endif

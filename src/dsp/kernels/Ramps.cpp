@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "dsp/kernels/DefineKernel.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kernels
 {
@@ -118,25 +120,13 @@ HWY_AFTER_NAMESPACE();
 namespace kernels
 {
 
-HWY_EXPORT(RampScale);
-HWY_EXPORT(RampScaleAdd);
-HWY_EXPORT(RampMix);
-
-void RampScale(float* dst, float start, float step, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(RampScale)(dst, start, step, n);
-}
-
-void RampScaleAdd(float* dst, const float* src, float start, float step, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(RampScaleAdd)(dst, src, start, step, n);
-}
-
-void RampMix(float* dst, const float* src, float dstStart, float dstStep, float srcStart,
-             float srcStep, int n) noexcept
-{
-    HWY_DYNAMIC_DISPATCH(RampMix)(dst, src, dstStart, dstStep, srcStart, srcStep, n);
-}
+DEFINE_KERNEL(void, RampScale, (float* dst, float start, float step, int n), (dst, start, step, n))
+DEFINE_KERNEL(void, RampScaleAdd, (float* dst, const float* src, float start, float step, int n),
+              (dst, src, start, step, n))
+DEFINE_KERNEL(void, RampMix,
+              (float* dst, const float* src, float dstStart, float dstStep, float srcStart,
+               float srcStep, int n),
+              (dst, src, dstStart, dstStep, srcStart, srcStep, n))
 
 } // namespace kernels
 #endif
