@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 namespace kernels::reference
 {
@@ -54,7 +55,23 @@ float Get(const float* table, double phase) noexcept
     return pair[0] * (1.0f - f) + pair[1] * f;
 }
 
+double ValueAt(const double* c, int order, double x) noexcept
+{
+    double value = c[order];
+    for (int power = order - 1; power >= 0; --power)
+        value = value * x + c[power];
+    return value;
+}
+
 } // namespace
+
+void Zero(float* dst, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = 0.0f;
+}
 
 void Fill(float* dst, float v, int n) noexcept
 {
@@ -70,6 +87,26 @@ void FillDouble(double* dst, double v, int n) noexcept
         return;
     for (int i = 0; i < n; ++i)
         dst[i] = v;
+}
+
+void FillPixels(std::uint32_t* dst, std::uint32_t v, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = v;
+}
+
+void Copy(float* dst, const float* src, int n) noexcept
+{
+    if (AnyNull(dst, src))
+        return;
+    if (std::less<>()(src, dst))
+        for (int i = n - 1; i >= 0; --i)
+            dst[i] = src[i];
+    else
+        for (int i = 0; i < n; ++i)
+            dst[i] = src[i];
 }
 
 void Scale(float* dst, const float* src, float k, int n) noexcept
@@ -102,6 +139,48 @@ void Mix(float* dst, const float* a, float ka, const float* b, float kb, int n) 
         return;
     for (int i = 0; i < n; ++i)
         dst[i] = a[i] * ka + b[i] * kb;
+}
+
+void AddConstant(float* dst, float k, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] += k;
+}
+
+void Clamp(float* dst, float limit, int n) noexcept
+{
+    if (AnyNull(dst) || !(limit >= 0.0f))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = std::isnan(dst[i])
+                     ? 0.0f
+                     : std::copysign(std::min(std::abs(dst[i]), std::abs(limit)), dst[i]);
+}
+
+void MidSide(float* l, float* r, int n) noexcept
+{
+    if (AnyNull(l, r))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float left = l[i];
+        l[i] = (left + r[i]) * 0.5f;
+        r[i] = (left - r[i]) * 0.5f;
+    }
+}
+
+void SumDifference(float* m, float* s, int n) noexcept
+{
+    if (AnyNull(m, s))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float mid = m[i];
+        m[i] = mid + s[i];
+        s[i] = mid - s[i];
+    }
 }
 
 float PeakAbs(const float* src, int n) noexcept
@@ -164,6 +243,72 @@ double ReadCycle(float* dst, const float* table, double phase, double step, int 
         phase += step;
     }
     return phase;
+}
+
+void Lookup(float* dst, const float* source, const float* position, int n, int mask) noexcept
+{
+    if (AnyNull(dst, source, position) || mask < 0 || mask > MaxLookupMask)
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float p = std::isnan(position[i])
+                            ? 0.0f
+                            : std::clamp(position[i], 0.0f, static_cast<float>(mask + 1));
+        const int a = static_cast<int>(p);
+        const int b = (a + 1) & mask;
+        const float f = p - static_cast<float>(a);
+        dst[i] = source[a] * (1.0f - f) + source[b] * f;
+    }
+}
+
+void Polynomial(float* dst, const double* c, int order, double x, double dx, int n) noexcept
+{
+    if (AnyNull(dst, c) || order < 0)
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = static_cast<float>(ValueAt(c, order, x + i * dx));
+}
+
+void Polynomial(double* dst, const double* c, int order, double x, double dx, int n) noexcept
+{
+    if (AnyNull(dst, c) || order < 0)
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = ValueAt(c, order, x + i * dx);
+}
+
+void FIR(float* dst, const float* src, const float* taps, int tapCount, int n, int stride) noexcept
+{
+    if (AnyNull(dst, src, taps) || tapCount < 1 || stride < 1)
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float* from = src + static_cast<std::ptrdiff_t>(i) * stride;
+        float sum = 0.0f;
+        for (int j = 0; j < tapCount; ++j)
+            sum += from[j] * taps[j];
+        dst[i] = sum;
+    }
+}
+
+void MultiplySpectra(Complex* dst, const Complex* a, const Complex* b, int n) noexcept
+{
+    if (AnyNull(dst, a, b))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float re = a[i].real() * b[i].real() - a[i].imag() * b[i].imag();
+        const float im = a[i].real() * b[i].imag() + a[i].imag() * b[i].real();
+        dst[i] = Complex(re, im);
+    }
+}
+
+void PowerSpectrum(Complex* dst, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = Complex(dst[i].real() * dst[i].real() + dst[i].imag() * dst[i].imag(), 0.0f);
 }
 
 } // namespace kernels::reference

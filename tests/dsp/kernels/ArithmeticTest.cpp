@@ -4,6 +4,8 @@
 #include "tests/dsp/kernels/KernelTest.h"
 
 #include <array>
+#include <limits>
+#include <utility>
 
 namespace
 {
@@ -20,6 +22,8 @@ constexpr float K = 0.7f;
 constexpr float L = -1.3f;
 
 constexpr KernelCase Cases[] = {
+    {"Zero", [](float* dst, const float*, const float*, int n) { Zero(dst, n); },
+     [](float* dst, const float*, const float*, int n) { reference::Zero(dst, n); }},
     {"Fill", [](float* dst, const float*, const float*, int n) { Fill(dst, K, n); },
      [](float* dst, const float*, const float*, int n) { reference::Fill(dst, K, n); }},
     {"Scale", [](float* dst, const float* a, const float*, int n) { Scale(dst, a, K, n); },
@@ -43,11 +47,138 @@ constexpr KernelCase Cases[] = {
     {"Mix into the second",
      [](float* dst, const float* a, const float*, int n) { Mix(dst, a, K, dst, L, n); },
      [](float* dst, const float* a, const float*, int n) { reference::Mix(dst, a, K, dst, L, n); }},
+    {"AddConstant", [](float* dst, const float*, const float*, int n) { AddConstant(dst, K, n); },
+     [](float* dst, const float*, const float*, int n) { reference::AddConstant(dst, K, n); }},
+    {"Clamp", [](float* dst, const float*, const float*, int n) { Clamp(dst, 0.4f, n); },
+     [](float* dst, const float*, const float*, int n) { reference::Clamp(dst, 0.4f, n); }},
+};
+
+/// A kernel that changes two blocks, and its reference.
+struct PairCase
+{
+    using Call = void (*)(float* a, float* b, int n) noexcept;
+
+    const char* what;
+    Call kernel;
+    Call reference;
+};
+
+constexpr PairCase PairCases[] = {
+    {"MidSide", MidSide, reference::MidSide},
+    {"SumDifference", SumDifference, reference::SumDifference},
 };
 
 TEST_P(Arithmetic, GivesTheBitsOfTheReference)
 {
     ExpectBitsOfReference(Cases);
+}
+
+TEST_P(Arithmetic, GivesTheBitsOfTheReferenceInPairs)
+{
+    for (const PairCase& row : PairCases)
+        for (const int n : KernelLengths())
+            for (const int offset : {0, 1, 3})
+            {
+                GuardedBlockT<float> a(n, offset, 1);
+                GuardedBlockT<float> b(n, 2, 2);
+                GuardedBlockT<float> expectedA(n, offset, 1);
+                GuardedBlockT<float> expectedB(n, 2, 2);
+                row.kernel(a.Data(), b.Data(), n);
+                row.reference(expectedA.Data(), expectedB.Data(), n);
+                EXPECT_TRUE(a.HasBitsOf(expectedA)) << row.what << ", length " << n;
+                EXPECT_TRUE(b.HasBitsOf(expectedB)) << row.what << ", length " << n;
+                EXPECT_TRUE(a.GuardsAreIntact() && b.GuardsAreIntact())
+                    << row.what << ", length " << n;
+            }
+}
+
+TEST_P(Arithmetic, FindsBothChannelsAgainInMiddleAndSide)
+{
+    for (const int n : {1, 15, 16, 100})
+    {
+        std::vector<float> l(static_cast<std::size_t>(n));
+        std::vector<float> r(static_cast<std::size_t>(n));
+        for (std::size_t i = 0; i < l.size(); ++i)
+        {
+            l[i] = static_cast<float>(i);
+            r[i] = 3.0f - static_cast<float>(i * i);
+        }
+        const auto [oldL, oldR] = std::pair(l, r);
+        MidSide(l.data(), r.data(), n);
+        EXPECT_EQ(l[0], 1.5f);
+        EXPECT_EQ(r[0], -1.5f);
+        SumDifference(l.data(), r.data(), n);
+        EXPECT_EQ(l, oldL);
+        EXPECT_EQ(r, oldR);
+    }
+}
+
+TEST_P(Arithmetic, ClampsWhateverASampleIs)
+{
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
+    constexpr float Tiny = std::numeric_limits<float>::denorm_min();
+    const std::array<float, 11> samples{NotANumber, -NotANumber, Infinity, -Infinity, 0.5f, -0.5f,
+                                        0.7f,       -0.7f,       Tiny,     0.0f,      -0.0f};
+    struct Case
+    {
+        float limit;
+        std::array<float, 11> expected;
+    };
+    const Case cases[] = {
+        {0.6f, {0.0f, 0.0f, 0.6f, -0.6f, 0.5f, -0.5f, 0.6f, -0.6f, Tiny, 0.0f, -0.0f}},
+        {0.0f, {0.0f, 0.0f, 0.0f, -0.0f, 0.0f, -0.0f, 0.0f, -0.0f, 0.0f, 0.0f, -0.0f}},
+        {-0.0f, {0.0f, 0.0f, 0.0f, -0.0f, 0.0f, -0.0f, 0.0f, -0.0f, 0.0f, 0.0f, -0.0f}},
+        {Infinity, {0.0f, 0.0f, Infinity, -Infinity, 0.5f, -0.5f, 0.7f, -0.7f, Tiny, 0.0f, -0.0f}},
+        {-0.1f, samples},
+        {NotANumber, samples},
+    };
+    const auto bitsOf = [](float sample) { return std::bit_cast<std::uint32_t>(sample); };
+    for (const Case& row : cases)
+        for (std::size_t shift = 0; shift < 32; ++shift) // so that each meets vectors and remainder
+        {
+            std::vector<float> block(33, 0.25f);
+            for (std::size_t i = 0; i < samples.size(); ++i)
+                block[(shift + i) % block.size()] = samples[i];
+            Clamp(block.data(), row.limit, 33);
+            for (std::size_t i = 0; i < samples.size(); ++i)
+                EXPECT_EQ(bitsOf(block[(shift + i) % block.size()]), bitsOf(row.expected[i]))
+                    << samples[i] << " at limit " << row.limit << ", place " << shift + i;
+        }
+}
+
+TEST_P(Arithmetic, FillsPixels)
+{
+    for (const int n : KernelLengths())
+        for (const std::size_t offset : {0, 1, 3})
+        {
+            const auto length = static_cast<std::size_t>(std::max(n, 0));
+            std::vector<std::uint32_t> actual(length + offset + 20, 7);
+            std::vector<std::uint32_t> expected = actual;
+            std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(offset), length, 0xFF80A001);
+            FillPixels(actual.data() + offset, 0xFF80A001, n);
+            EXPECT_EQ(actual, expected) << n;
+        }
+}
+
+TEST(ArithmeticCopy, TakesBlocksThatOverlap)
+{
+    constexpr int Places = 64;
+    const std::vector<float> noise = Noise(3 * Places, 1);
+    for (const int n : {-1, 0, 1, 2, 15, 16, 17, Places})
+        for (int distance = -Places; distance <= Places; ++distance)
+        {
+            std::vector<float> expected = noise;
+            for (int i = 0; i < n; ++i)
+                expected[static_cast<std::size_t>(Places + distance + i)] =
+                    noise[static_cast<std::size_t>(Places + i)];
+            std::vector<float> actual = noise;
+            Copy(actual.data() + Places + distance, actual.data() + Places, n);
+            EXPECT_EQ(actual, expected) << n << " by " << distance;
+            actual = noise;
+            reference::Copy(actual.data() + Places + distance, actual.data() + Places, n);
+            EXPECT_EQ(actual, expected) << n << " by " << distance << ", reference";
+        }
 }
 
 TEST_P(Arithmetic, FillsDoubles)
@@ -68,7 +199,11 @@ TEST_P(Arithmetic, IgnoresNullPointers)
 {
     std::array<float, 20> block{};
     block.fill(0.5f);
+    Zero(nullptr, 20);
     Fill(nullptr, 1.0f, 20);
+    FillPixels(nullptr, 1, 20);
+    Copy(nullptr, block.data(), 20);
+    Copy(block.data(), nullptr, 20);
     FillDouble(nullptr, 1.0, 20);
     Scale(nullptr, block.data(), 2.0f, 20);
     Scale(block.data(), nullptr, 2.0f, 20);
@@ -79,6 +214,13 @@ TEST_P(Arithmetic, IgnoresNullPointers)
     Mix(nullptr, block.data(), 2.0f, block.data(), 2.0f, 20);
     Mix(block.data(), nullptr, 2.0f, block.data(), 2.0f, 20);
     Mix(block.data(), block.data(), 2.0f, nullptr, 2.0f, 20);
+    AddConstant(nullptr, 2.0f, 20);
+    Clamp(nullptr, 0.1f, 20);
+    for (const PairCase& row : PairCases)
+    {
+        row.kernel(nullptr, block.data(), 20);
+        row.kernel(block.data(), nullptr, 20);
+    }
     for (const float sample : block)
         EXPECT_EQ(sample, 0.5f);
 }
@@ -100,6 +242,8 @@ TEST(ArithmeticReference, FollowsTheFormulas)
     expect({-2.0f, -4.0f, -8.0f});
     reference::Mix(dst.data(), a.data(), 3.0f, b.data(), 0.25f, 3);
     expect({5.0f, 10.0f, 20.0f});
+    reference::AddConstant(dst.data(), -12.0f, 3);
+    expect({-7.0f, -2.0f, 8.0f});
 }
 
 } // namespace

@@ -225,4 +225,156 @@ TEST_P(Cycles, LeaveAllAsItIsWithoutSamplesOrTable)
     EXPECT_EQ(dst, std::vector<float>(37, 0.5f));
 }
 
+/// As many positions, whole and broken, over the whole of a cycle and its guard.
+std::vector<float> Positions(int n, int mask)
+{
+    std::vector<float> positions = Noise(n, 4);
+    for (std::size_t i = 0; i < positions.size(); ++i)
+    {
+        const float position = (positions[i] + 1.0f) * 0.5f * static_cast<float>(mask + 1);
+        positions[i] = i % 3 == 0 ? std::round(position) : position;
+    }
+    return positions;
+}
+
+TEST_P(Cycles, LookUpWithTheBitsOfTheReference)
+{
+    for (const int mask : {0, 1, 7, 255, 8191})
+    {
+        const std::vector<float> source = Noise(mask + 2, 5);
+        for (const int n : KernelLengths())
+            for (const int offset : {0, 1, 3})
+            {
+                const std::vector<float> position = Positions(std::max(n, 0), mask);
+                GuardedBlockT<float> actual(n, offset, 3);
+                GuardedBlockT<float> expected(n, offset, 3);
+                Lookup(actual.Data(), source.data(), position.data(), n, mask);
+                reference::Lookup(expected.Data(), source.data(), position.data(), n, mask);
+                EXPECT_TRUE(actual.HasBitsOf(expected)) << "mask " << mask << ", length " << n;
+                EXPECT_TRUE(actual.GuardsAreIntact()) << "mask " << mask << ", length " << n;
+
+                std::vector<float> inPlace = position;
+                Lookup(inPlace.data(), source.data(), inPlace.data(), n, mask);
+                EXPECT_TRUE(std::ranges::equal(inPlace, std::span(expected.Data(), inPlace.size())))
+                    << "mask " << mask << ", length " << n << ", in place";
+            }
+    }
+}
+
+TEST_P(Cycles, LookUpBetweenSamplesAndOverTheEndOfTheCycle)
+{
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    struct Case
+    {
+        const char* what;
+        float position;
+        float expected;
+    };
+    constexpr Case Cases[] = {
+        {"the first sample", 0.0f, 10.0f},
+        {"a quarter on", 0.25f, 12.5f},
+        {"a sample", 3.0f, 40.0f},
+        {"half on", 5.5f, 65.0f},
+        {"the last sample", 7.0f, 80.0f},
+        {"a quarter from the last to the first", 7.25f, 62.5f},
+        {"the sample behind the cycle", 8.0f, 1000.0f},
+        {"beyond", 8.5f, 1000.0f},
+        {"far beyond", 1e30f, 1000.0f},
+        {"infinitely far", Infinity, 1000.0f},
+        {"before", -0.5f, 10.0f},
+        {"infinitely far before", -Infinity, 10.0f},
+        {"not a number", std::numeric_limits<float>::quiet_NaN(), 10.0f},
+    };
+    const std::vector<float> source{10, 20, 30, 40, 50, 60, 70, 80, 1000};
+    for (const Case& row : Cases)
+        for (const int n : {1, 4, 16, 33})
+        {
+            const std::vector<float> position(static_cast<std::size_t>(n), row.position);
+            std::vector<float> dst(position.size());
+            Lookup(dst.data(), source.data(), position.data(), n, 7);
+            EXPECT_EQ(dst, std::vector<float>(position.size(), row.expected)) << row.what;
+            reference::Lookup(dst.data(), source.data(), position.data(), n, 7);
+            EXPECT_EQ(dst.front(), row.expected) << row.what << ", reference";
+        }
+}
+
+TEST_P(Cycles, LookUpNothingWithoutBlocksOrMask)
+{
+    const std::vector<float> source(10, 1.0f);
+    std::vector<float> dst(20, 0.5f);
+    Lookup(nullptr, source.data(), dst.data(), 20, 7);
+    Lookup(dst.data(), nullptr, dst.data(), 20, 7);
+    Lookup(dst.data(), source.data(), nullptr, 20, 7);
+    for (const int mask : {-1, INT_MIN, MaxLookupMask + 1, INT_MAX})
+        Lookup(dst.data(), source.data(), dst.data(), 20, mask);
+    EXPECT_EQ(dst, std::vector<float>(20, 0.5f));
+}
+
+std::vector<float> Resampled(const std::vector<float>& source, int n)
+{
+    GuardedBlockT<float> dst(n, 1, 3);
+    Resample(dst.Data(), n, source.data(), static_cast<int>(source.size()));
+    EXPECT_TRUE(dst.GuardsAreIntact()) << n << " of " << source.size();
+    return {dst.Data(), dst.Data() + std::max(n, 0)};
+}
+
+TEST(CyclesResample, ReadsAtEvenDistances)
+{
+    struct Case
+    {
+        const char* what;
+        std::vector<float> source;
+        std::vector<float> expected;
+    };
+    const Case cases[] = {
+        {"twice as fine", {2, 4, 8}, {2, 3, 4, 6, 8}},
+        {"half as fine", {2, 3, 4, 6, 8}, {2, 4, 8}},
+        {"only the ends", {1, 9, 9, 3}, {1, 3}},
+        {"the ends for the middle", {1, 9, 9, 3}, {1, 9, 3}},
+        {"a copy", {1, 9, 2}, {1, 9, 2}},
+        {"a single sample of many", {5, 9, 2}, {5}},
+        {"many of a single sample", {5}, {5, 5, 5}},
+    };
+    for (const Case& row : cases)
+        EXPECT_EQ(Resampled(row.source, static_cast<int>(row.expected.size())), row.expected)
+            << row.what;
+}
+
+TEST(CyclesResample, FollowsALineAtAnyLength)
+{
+    for (const int k : {2, 3, 100, 4096})
+    {
+        // From -1 to 1, so the expected line does not depend on the lengths.
+        std::vector<float> source(static_cast<std::size_t>(k));
+        for (int i = 0; i < k; ++i)
+            source[static_cast<std::size_t>(i)] = static_cast<float>(2.0 * i / (k - 1) - 1.0);
+        for (const int n : {2, 3, 5, 4095, 8190, 1'000'003})
+        {
+            const std::vector<float> line = Resampled(source, n);
+            double worst = 0.0;
+            for (int i = 0; i < n; ++i)
+                worst = std::max(
+                    worst, std::abs(line[static_cast<std::size_t>(i)] - (2.0 * i / (n - 1) - 1.0)));
+            EXPECT_LT(worst, 2e-7) << n << " of " << k;
+            EXPECT_EQ(line.front(), -1.0f);
+            EXPECT_EQ(line.back(), 1.0f);
+        }
+    }
+}
+
+TEST(CyclesResample, LeavesAllAsItIsWithoutSamples)
+{
+    const std::vector<float> source(20, 1.0f);
+    std::vector<float> dst(20, 0.5f);
+    Resample(nullptr, 20, source.data(), 20);
+    Resample(dst.data(), 20, nullptr, 20);
+    for (const int none : {0, -1, INT_MIN})
+    {
+        Resample(dst.data(), none, source.data(), 20);
+        Resample(dst.data(), none, source.data(), 1);
+        Resample(dst.data(), 20, source.data(), none);
+    }
+    EXPECT_EQ(dst, std::vector<float>(20, 0.5f));
+}
+
 } // namespace
