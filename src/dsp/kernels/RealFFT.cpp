@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <new>
+#include <type_traits>
 
 #include <kiss_fftr.h>
 
@@ -35,7 +36,8 @@ int CheckedSize(int size)
     return size;
 }
 
-static_assert(sizeof(Complex) == sizeof(kiss_fft_cpx) && sizeof(kiss_fft_scalar) == sizeof(float));
+static_assert(sizeof(Complex) == sizeof(kiss_fft_cpx) &&
+              std::is_same_v<decltype(kiss_fft_cpx::r), float>);
 
 } // namespace
 

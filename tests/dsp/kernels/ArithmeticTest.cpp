@@ -150,12 +150,12 @@ TEST_P(Arithmetic, ClampsWhateverASampleIs)
 TEST_P(Arithmetic, FillsPixels)
 {
     for (const int n : KernelLengths())
-        for (const std::size_t offset : {0, 1, 3})
+        for (const std::ptrdiff_t offset : {0, 1, 3})
         {
             const auto length = static_cast<std::size_t>(std::max(n, 0));
-            std::vector<std::uint32_t> actual(length + offset + 20, 7);
+            std::vector<std::uint32_t> actual(length + 20, 7);
             std::vector<std::uint32_t> expected = actual;
-            std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(offset), length, 0xFF80A001);
+            std::fill_n(expected.begin() + offset, length, 0xFF80A001);
             FillPixels(actual.data() + offset, 0xFF80A001, n);
             EXPECT_EQ(actual, expected) << n;
         }
@@ -169,9 +169,7 @@ TEST(ArithmeticCopy, TakesBlocksThatOverlap)
         for (int distance = -Places; distance <= Places; ++distance)
         {
             std::vector<float> expected = noise;
-            for (int i = 0; i < n; ++i)
-                expected[static_cast<std::size_t>(Places + distance + i)] =
-                    noise[static_cast<std::size_t>(Places + i)];
+            std::copy_n(noise.begin() + Places, n, expected.begin() + Places + distance);
             std::vector<float> actual = noise;
             Copy(actual.data() + Places + distance, actual.data() + Places, n);
             EXPECT_EQ(actual, expected) << n << " by " << distance;
