@@ -1,6 +1,5 @@
 #include "dsp/kernels/Arithmetic.h"
 
-#include <cmath>
 #include <cstddef>
 #include <cstring>
 
@@ -118,13 +117,12 @@ void Clamp(float* dst, float limit, int n)
     if (!(limit >= 0.0f))
         return;
 
-    // Magnitudes, as of 0 and -0 processors take one or the other for the lesser.
-    const float magnitude = std::abs(limit);
+    // The sign comes last, as of 0 and -0 processors take one or the other for the lesser.
     Map(
         dst, n,
-        [magnitude](auto lanes, auto d) HWY_ATTR
+        [limit](auto lanes, auto d) HWY_ATTR
         {
-            const auto bounded = hn::Min(hn::Abs(d), hn::Set(lanes, magnitude));
+            const auto bounded = hn::Min(hn::Abs(d), hn::Set(lanes, limit));
             return hn::IfThenElseZero(hn::Eq(d, d), hn::CopySign(bounded, d));
         },
         dst);

@@ -154,9 +154,8 @@ void Clamp(float* dst, float limit, int n) noexcept
     if (AnyNull(dst) || !(limit >= 0.0f))
         return;
     for (int i = 0; i < n; ++i)
-        dst[i] = std::isnan(dst[i])
-                     ? 0.0f
-                     : std::copysign(std::min(std::abs(dst[i]), std::abs(limit)), dst[i]);
+        dst[i] =
+            std::isnan(dst[i]) ? 0.0f : std::copysign(std::min(std::abs(dst[i]), limit), dst[i]);
 }
 
 void MidSide(float* l, float* r, int n) noexcept
