@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "dsp/kernels/DefineKernel.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kernels
 {
@@ -98,12 +100,12 @@ HWY_EXPORT(PolynomialDouble);
 
 void Polynomial(float* dst, const double* c, int order, double x, double dx, int n) noexcept
 {
-    HWY_DYNAMIC_DISPATCH(PolynomialFloat)(dst, c, order, x, dx, n);
+    ChooseVersion(HWY_DISPATCH_TABLE(PolynomialFloat))(dst, c, order, x, dx, n);
 }
 
 void Polynomial(double* dst, const double* c, int order, double x, double dx, int n) noexcept
 {
-    HWY_DYNAMIC_DISPATCH(PolynomialDouble)(dst, c, order, x, dx, n);
+    ChooseVersion(HWY_DISPATCH_TABLE(PolynomialDouble))(dst, c, order, x, dx, n);
 }
 
 } // namespace kernels
