@@ -111,7 +111,7 @@ constexpr Row Rows[] = {
      [](Blocks& x, int n)
      { std::memcpy(x.dst.data(), x.a.data(), static_cast<std::size_t>(n) * sizeof(float)); },
      nullptr},
-    ROW("Zero", Zero(x.dst.data(), n)),
+    {"Zero", [](Blocks& x, int n) { Zero(x.dst.data(), n); }, nullptr},
     ROW("Fill", Fill(x.dst.data(), 0.7f, n)),
     ROW("FillDouble", FillDouble(x.doubles.data(), 0.7, n)),
     ROW("FillPixels", FillPixels(x.pixels.data(), 0xFF80A001, n)),
