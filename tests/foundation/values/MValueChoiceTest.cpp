@@ -140,6 +140,11 @@ TEST_F(MValueChoiceOfAll, StoresTheIndexAndIsDefinedByNames)
         value->Load(item);
         EXPECT_EQ(value->GetText().ToUTF8(), "Winter");
 
+        MXMLItem unknown("value");
+        unknown.SetAttribute("default", MString("Easter"));
+        value->InitFromXML(unknown);
+        EXPECT_EQ(value->GetDefaultIndex(), 0);
+
         for (const char* const hostile : {"-1", "99999999999", "-9223372036854775808"})
         {
             item.SetAttribute("season", MString(hostile));
