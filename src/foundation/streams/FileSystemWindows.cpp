@@ -4,7 +4,6 @@
 
 #include <io.h>
 
-#define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 

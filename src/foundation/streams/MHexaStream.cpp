@@ -32,6 +32,31 @@ constexpr auto Meanings = []
     return table;
 }();
 
+int MeaningOf(std::byte character) noexcept
+{
+    return Meanings[std::to_integer<std::size_t>(character)];
+}
+
+constexpr std::byte Join(int high, int low) noexcept
+{
+    return static_cast<std::byte>(high << 4 | low);
+}
+
+/// Reads as many pairs as @p text begins with; returns their number.
+std::size_t ReadPairs(std::span<const std::byte> text, std::byte* bytes) noexcept
+{
+    std::size_t count = 0;
+    for (; 2 * count + 1 < text.size(); ++count)
+    {
+        const int high = MeaningOf(text[2 * count]);
+        const int low = MeaningOf(text[2 * count + 1]);
+        if ((high | low) < 0)
+            break;
+        bytes[count] = Join(high, low);
+    }
+    return count;
+}
+
 /// Writes the two digits of each byte from @p text on.
 template <typename Character>
 void WriteDigits(std::span<const std::byte> bytes, Character* text) noexcept
@@ -64,32 +89,35 @@ void MHexaStream::Write(std::span<const std::byte> bytes)
 
 std::size_t MHexaStream::Read(std::span<std::byte> buffer)
 {
-    std::array<std::byte, 2 * PieceBytes> text;
+    std::array<std::byte, 1024> text;
     std::size_t count = 0;
-    unsigned high = 0;
-    bool isHalf = false; // the high digit of the next byte has been read
+    int high = Other; // the first digit of the next byte, once it has been read
     while (count < buffer.size())
     {
-        const std::size_t wanted =
-            std::min(2 * (buffer.size() - count) - (isHalf ? 1 : 0), text.size());
+        const std::size_t needed = 2 * (buffer.size() - count) - (high >= 0 ? 1 : 0);
+        const std::size_t wanted = std::min(needed, text.size());
         const std::size_t got = target.Read({text.data(), wanted});
-        for (const std::byte character : std::span(text).first(got))
+        for (auto rest = std::span<const std::byte>(text).first(got); !rest.empty();)
         {
-            const int meaning = Meanings[std::to_integer<std::size_t>(character)];
-            if (meaning == Other || (meaning == WhiteSpace && isHalf))
+            const std::size_t pairs = high >= 0 ? 0 : ReadPairs(rest, buffer.data() + count);
+            count += pairs;
+            rest = rest.subspan(2 * pairs);
+            if (rest.empty())
+                break;
+            // What interrupts the pairs: white space, the end of the piece or a fault.
+            const int meaning = MeaningOf(rest.front());
+            rest = rest.subspan(1);
+            if (meaning == Other || (meaning == WhiteSpace && high >= 0))
                 ThrowBadText();
             if (meaning == WhiteSpace)
                 continue;
-            if (isHalf)
-                buffer[count++] =
-                    static_cast<std::byte>(high << 4U | static_cast<unsigned>(meaning));
-            else
-                high = static_cast<unsigned>(meaning);
-            isHalf = !isHalf;
+            if (high >= 0)
+                buffer[count++] = Join(high, meaning);
+            high = high >= 0 ? Other : meaning;
         }
         if (got < wanted)
         {
-            if (isHalf)
+            if (high >= 0)
                 ThrowBadText();
             break;
         }

@@ -1,35 +1,10 @@
 #include "foundation/streams/MMemoryBlock.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
-
-struct MMemoryBlock::Block
-{
-    std::atomic<std::int32_t> holders;
-    std::byte* data; ///< const in truth where it is not owned
-    std::size_t allocated;
-    bool isOwned;
-
-    Block(std::byte* blockData, std::size_t size, bool isBlockOwned) noexcept
-        : holders(1),
-          data(blockData),
-          allocated(size),
-          isOwned(isBlockOwned)
-    {
-    }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
-    ~Block()
-    {
-        if (isOwned)
-            std::free(data);
-    }
-};
 
 namespace
 {
@@ -37,6 +12,19 @@ namespace
 constexpr std::size_t LeastCapacity = 64;
 
 } // namespace
+
+MMemoryBlock::Block::Block(std::byte* blockData, std::size_t size, bool isBlockOwned) noexcept
+    : data(blockData),
+      allocated(size),
+      isOwned(isBlockOwned)
+{
+}
+
+MMemoryBlock::Block::~Block()
+{
+    if (isOwned)
+        std::free(data);
+}
 
 MMemoryBlock::MMemoryBlock(std::span<const std::byte> bytes)
 {
@@ -75,27 +63,14 @@ MMemoryBlock::~MMemoryBlock()
         delete block;
 }
 
-const std::byte* MMemoryBlock::GetData() const noexcept
-{
-    return block != nullptr ? block->data : nullptr;
-}
-
-std::size_t MMemoryBlock::GetCapacity() const noexcept
-{
-    return block != nullptr ? block->allocated : 0;
-}
-
 std::byte* MMemoryBlock::MakeWritable(std::size_t capacity, std::size_t kept)
 {
+    if (std::byte* const present = GetWritable(capacity))
+        return present;
     const std::size_t present = GetCapacity();
-    const bool isOurs =
-        block != nullptr && block->isOwned && block->holders.load(std::memory_order_acquire) == 1;
-    if (isOurs && capacity <= present)
-        return block->data;
-
     const std::size_t wanted =
         capacity <= present ? present : std::max({capacity, 2 * present, LeastCapacity});
-    if (isOurs)
+    if (IsOurs())
     {
         void* const grown = std::realloc(block->data, wanted);
         if (grown == nullptr)

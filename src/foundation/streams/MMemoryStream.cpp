@@ -20,17 +20,21 @@ void MMemoryStream::Write(std::span<const std::byte> bytes)
 {
     if (bytes.empty())
         return;
-    const std::byte* const before = block.GetData();
-    const std::less<const std::byte*> isBefore;
-    const bool areOwn =
-        !isBefore(bytes.data(), before) && isBefore(bytes.data(), before + block.GetCapacity());
-
-    std::byte* const data = block.MakeWritable(position + bytes.size(), size);
-    // A block that has moved took its bytes along.
-    const std::byte* const source = areOwn ? data + (bytes.data() - before) : bytes.data();
+    const std::size_t end = position + bytes.size();
+    const std::byte* source = bytes.data();
+    std::byte* data = block.GetWritable(end);
+    if (data == nullptr)
+    {
+        const std::byte* const before = block.GetData();
+        const std::less<const std::byte*> isBefore;
+        const bool areOwn = !isBefore(source, before) && isBefore(source, before + size);
+        data = block.MakeWritable(end, size);
+        if (areOwn) // the block took them along
+            source = data + (source - before);
+    }
     std::memmove(data + position, source, bytes.size());
-    position += bytes.size();
-    size = std::max(size, position);
+    position = end;
+    size = std::max(size, end);
 }
 
 std::size_t MMemoryStream::Read(std::span<std::byte> buffer)

@@ -24,14 +24,14 @@ int LevelOf(int quality) noexcept
 
 } // namespace
 
-void MZLibStream::StateEnd::operator()(z_stream_s* state) const noexcept
+void MZLibStream::StateEnd::operator()(z_stream_s* ended) const noexcept
 {
     // Without effect on a state that could not be set up.
     if (direction == Direction::Write)
-        deflateEnd(state);
+        deflateEnd(ended);
     else
-        inflateEnd(state);
-    delete state;
+        inflateEnd(ended);
+    delete ended;
 }
 
 MZLibStream::MZLibStream(MStream& compressedTarget, Direction usedDirection, int quality)

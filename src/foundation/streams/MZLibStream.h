@@ -64,7 +64,7 @@ private:
     struct StateEnd
     {
         Direction direction;
-        void operator()(z_stream_s* state) const noexcept;
+        void operator()(z_stream_s* ended) const noexcept;
     };
 
     /// How far the data behind the header have been read.
