@@ -14,9 +14,10 @@ namespace
 
 constexpr auto Separator = static_cast<char16_t>(std::filesystem::path::preferred_separator);
 
-constexpr bool IsSeparator(char16_t character) noexcept
+bool IsSeparator(char16_t character) noexcept
 {
-    return character == u'/' || character == Separator;
+    constexpr std::array Both = {u'/', Separator}; // on one platform they are the same
+    return std::ranges::find(Both, character) != Both.end();
 }
 
 [[noreturn]] void Fail(const char* text, const MString& name)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "foundation/threads/MException.h"
@@ -13,21 +14,22 @@ constexpr std::size_t PieceBytes = 64;
 constexpr std::string_view Digits = "0123456789ABCDEF";
 
 /// Beside 0 to 15, what a character can mean.
-constexpr signed char Other = -1;
-constexpr signed char WhiteSpace = -2;
+constexpr std::int16_t Other = -1;
+constexpr std::int16_t WhiteSpace = -2;
 
 constexpr auto Meanings = []
 {
-    std::array<signed char, 256> table{};
+    std::array<std::int16_t, 256> table{};
     table.fill(Other);
-    for (const char blank : std::string_view(" \t\n\v\f\r"))
-        table[static_cast<std::size_t>(blank)] = WhiteSpace;
-    for (std::size_t digit = 0; digit < Digits.size(); ++digit)
+    for (const unsigned char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
+        table[blank] = WhiteSpace;
+    for (std::int16_t value = 0; value < 16; ++value)
     {
-        table[static_cast<std::size_t>(Digits[digit])] = static_cast<signed char>(digit);
-        if (digit >= 10)
-            table[static_cast<std::size_t>(Digits[digit] - 'A' + 'a')] =
-                static_cast<signed char>(digit);
+        const unsigned char digit =
+            static_cast<unsigned char>(Digits[static_cast<unsigned>(value)]);
+        table[digit] = value;
+        if (value >= 10)
+            table[digit + std::size_t{'a' - 'A'}] = value;
     }
     return table;
 }();

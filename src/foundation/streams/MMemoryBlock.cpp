@@ -68,14 +68,14 @@ std::byte* MMemoryBlock::MakeWritable(std::size_t capacity, std::size_t kept)
     if (std::byte* const present = GetWritable(capacity))
         return present;
     const std::size_t present = GetCapacity();
-    const std::size_t wanted =
-        capacity <= present ? present : std::max({capacity, 2 * present, LeastCapacity});
+    const std::size_t grown = capacity > present ? 2 * present : present;
+    const std::size_t wanted = std::max({capacity, grown, LeastCapacity});
     if (IsOurs())
     {
-        void* const grown = std::realloc(block->data, wanted);
-        if (grown == nullptr)
+        void* const moved = std::realloc(block->data, wanted);
+        if (moved == nullptr)
             throw std::bad_alloc();
-        block->data = static_cast<std::byte*>(grown);
+        block->data = static_cast<std::byte*>(moved);
         block->allocated = wanted;
         return block->data;
     }

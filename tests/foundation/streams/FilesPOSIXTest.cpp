@@ -129,11 +129,16 @@ public:
         std::ofstream(folder / "xdg-open") << "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" >" << Log()
                                            << ".new\nmv " << Log() << ".new " << Log() << "\n";
         chmod((folder / "xdg-open").c_str(), 0755);
-        setenv("PATH", (folder.GetPath().string() + ":" + path).c_str(), 1);
+        SetPath(folder.GetPath().string() + ":" + path);
     }
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
-    ~Desktop() { setenv("PATH", path.c_str(), 1); }
+    ~Desktop() { SetPath(path); }
+
+    static void SetPath(const std::string& newPath)
+    {
+        setenv("PATH", newPath.c_str(), 1); // NOLINT(concurrency-mt-unsafe): there is one thread
+    }
 
     /// Waits for the note, which it removes.
     std::string Opened()
@@ -151,7 +156,7 @@ public:
 private:
     std::string Log() const { return (folder / "log").string(); }
 
-    std::string path = std::getenv("PATH");
+    std::string path = std::getenv("PATH"); // NOLINT(concurrency-mt-unsafe)
 };
 
 TEST(Files, HandsAddressesAndFilesToTheDesktopAsOneArgument)
@@ -193,8 +198,8 @@ TEST(Files, ANameThatLooksLikeAnOptionIsPassedAsAPath)
 
 TEST(Files, AMissingDesktopIsAFailure)
 {
-    Desktop desktop;
-    setenv("PATH", "/nonexistent", 1);
+    const Desktop desktop;
+    Desktop::SetPath("/nonexistent");
     EXPECT_EQ(Thrown([] { files::Execute("http://example.org"); }),
               "Could not execute file \"http://example.org\". (0)");
 }

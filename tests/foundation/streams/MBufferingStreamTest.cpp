@@ -74,9 +74,9 @@ TEST(MBufferingStream, ChainsBlocks)
 
 TEST(MBufferingStream, WhatIsWrittenComesBack)
 {
-    for (const std::size_t blockBytes : {1, 2, 8, 100})
-        for (const std::size_t size : {0, 1, 7, 8, 9, 250, 400})
-            for (const std::size_t piece : {1, 3, 1000})
+    for (const std::size_t blockBytes : {1U, 2U, 8U, 100U})
+        for (const std::size_t size : {0U, 1U, 7U, 8U, 9U, 250U, 400U})
+            for (const std::size_t piece : {1U, 3U, 1000U})
             {
                 std::string plain = TextOf(RandomBytes(size));
                 EXPECT_EQ(

@@ -24,7 +24,7 @@ TEST(MHexaStream, WritesUpperCaseDigitsAndReadsThemBack)
         EXPECT_EQ(written.substr(std::size_t{2} * i, 2), expected);
     }
 
-    for (const std::size_t piece : {1, 7, 64, 65, 1000})
+    for (const std::size_t piece : {1U, 7U, 64U, 65U, 1000U})
     {
         text.Seek(0, MStream::FromStart);
         MHexaStream reader(text);
@@ -61,7 +61,7 @@ TEST(MHexaStream, ReadsWhatPeopleAndToolsWrite)
         {"beyond ASCII", "61\xE1", "!"},
     };
     for (const Case& row : cases)
-        for (const std::size_t piece : {1, 2, 500})
+        for (const std::size_t piece : {1U, 2U, 500U})
         {
             MMemoryStream source = MMemoryStream::Refer(BytesOf(row.text));
             MHexaStream reader(source);

@@ -160,10 +160,10 @@ TEST(MStream, ReadsLinesOfEveryKind)
 
 TEST(MStream, RequiredLinesHaveAnyLength)
 {
-    for (const std::size_t length : {0, 1, 1022, 1023, 1024, 5000})
+    for (const std::size_t length : {0U, 1U, 1022U, 1023U, 1024U, 5000U})
     {
         const std::string line(length, 'x');
-        ReadingStream stream(line + "\r\n" + line + "end");
+        ReadingStream stream(std::string(line).append("\r\n").append(line).append("end"));
         EXPECT_EQ(ReadRequiredLine(stream).ToUTF8(), line);
         EXPECT_EQ(ReadRequiredLine(stream).ToUTF8(), line + "end");
         EXPECT_EQ(Thrown([&] { ReadRequiredLine(stream); }),

@@ -75,7 +75,7 @@ Outcome ReadInPieces(std::span<const std::byte> compressed, std::size_t piece,
 
 TEST(MZLibStream, WhatIsWrittenComesBackWhateverThePieces)
 {
-    for (const std::size_t size : {1, 7, 4095, 4096, 4097, 10'000, 1'000'000})
+    for (const std::size_t size : {1U, 7U, 4095U, 4096U, 4097U, 10'000U, 1'000'000U})
     {
         const Bytes plain = RandomBytes(size);
         for (const std::size_t pieces : {std::size_t{13}, std::size_t{5000}, size})
@@ -83,7 +83,7 @@ TEST(MZLibStream, WhatIsWrittenComesBackWhateverThePieces)
             if (size / pieces > 10'000)
                 continue;
             const Bytes compressed = WriteInPieces(plain, pieces, size > 10'000 ? 11 : 100);
-            for (const std::size_t piece : {7, 4096})
+            for (const std::size_t piece : {7U, 4096U})
             {
                 const Outcome outcome = ReadInPieces(compressed, piece);
                 EXPECT_EQ(outcome.failure, "nothing") << size;
@@ -150,7 +150,7 @@ TEST(MZLibStream, DataThatStopEarlyAreRefused)
         const Bytes plain = RandomBytes(row.size);
         const Bytes compressed = Compress(plain, row.level);
         for (std::size_t cut = 0; cut < compressed.size(); ++cut)
-            for (const std::size_t piece : {1, 7, 10'000})
+            for (const std::size_t piece : {1U, 7U, 10'000U})
             {
                 const std::span<const std::byte> source = std::span(compressed).first(cut);
                 const bool isWhole = cut >= compressed.size() - 4;
@@ -230,7 +230,7 @@ TEST(MZLibStream, DeliversUpToItsLimit)
 {
     const Bytes plain = RandomBytes(10'000);
     const Bytes compressed = Compress(plain);
-    for (const std::size_t piece : {7, 20'000})
+    for (const std::size_t piece : {7U, 20'000U})
     {
         EXPECT_EQ(ReadInPieces(compressed, piece, 10'000).failure, "nothing");
         EXPECT_EQ(ReadInPieces(compressed, piece, 9'999).failure, TooLong);
