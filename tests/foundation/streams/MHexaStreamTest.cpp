@@ -79,11 +79,14 @@ TEST(MHexaStream, ReadsWhatPeopleAndToolsWrite)
 
 TEST(MHexaStream, TakesNoMoreTextThanItNeeds)
 {
-    MMemoryStream source = MMemoryStream::Refer(BytesOf("6162rest"));
-    MHexaStream reader(source);
-    Bytes buffer(2);
-    EXPECT_EQ(reader.Read(buffer), 2u);
-    EXPECT_EQ(TextOf(source.GetData()), "rest");
+    for (const char* const text : {"6162rest", " 61\n62rest"})
+    {
+        MMemoryStream source = MMemoryStream::Refer(BytesOf(text));
+        MHexaStream reader(source);
+        Bytes buffer(2);
+        EXPECT_EQ(reader.Read(buffer), 2u);
+        EXPECT_EQ(TextOf(source.GetData()), "rest");
+    }
 }
 
 } // namespace

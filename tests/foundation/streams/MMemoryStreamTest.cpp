@@ -99,15 +99,22 @@ TEST(MMemoryStream, BehavesAsAStringWithAPosition)
 
 TEST(MMemoryStream, WritesPartsOfItself)
 {
-    std::string text = TextOf(RandomBytes(64)); // what a block begins with, so that appending grows
+    const std::string text = TextOf(RandomBytes(1 << 20)); // fills its block
     MMemoryStream stream(BytesOf(text));
-    const MMemoryStream before = stream;
-    stream.Seek(10, MStream::FromStart);
-    const auto tail = stream.GetData();
-    stream.Seek(0, MStream::FromEnd);
-    stream.Write(tail);
-    EXPECT_EQ(Contents(stream), text + text.substr(10)) << "into a block that moves";
-    EXPECT_EQ(Contents(before), text);
+    const auto appendTail = [](MMemoryStream& target)
+    {
+        target.Seek(10, MStream::FromStart);
+        const auto tail = target.GetData();
+        target.Seek(0, MStream::FromEnd);
+        target.Write(tail);
+    };
+    MMemoryStream copy = stream;
+    appendTail(copy);
+    EXPECT_TRUE(Contents(copy) == text + text.substr(10)) << "into a block of its own";
+    EXPECT_TRUE(Contents(stream) == text);
+    copy = MMemoryStream();
+    appendTail(stream);
+    EXPECT_TRUE(Contents(stream) == text + text.substr(10)) << "into a block that grows";
 
     stream.Seek(0, MStream::FromStart);
     const auto head = stream.GetData().first(20);
