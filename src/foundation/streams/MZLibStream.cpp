@@ -47,6 +47,7 @@ MZLibStream::MZLibStream(MStream& compressedTarget, Direction usedDirection, int
         throw MException("Could not initialize inflating.", MException::SetUpFailure);
 }
 
+// Half a state on disk is worse than an exception. NOLINTNEXTLINE(bugprone-exception-escape)
 MZLibStream::~MZLibStream() noexcept(false)
 {
     if (std::uncaught_exceptions() == 0)

@@ -30,7 +30,7 @@ public:
     /// @throws MException (257) "Could not initialize deflating." or "... inflating.".
     MZLibStream(MStream& compressedTarget, Direction usedDirection, int quality = 100);
     /// Throws as Close does, unless another exception is on its way.
-    ~MZLibStream() noexcept(false) override;
+    ~MZLibStream() noexcept(false) override; // NOLINT(bugprone-exception-escape)
     MZLibStream(const MZLibStream&) = delete;
     MZLibStream& operator=(const MZLibStream&) = delete;
 
