@@ -21,8 +21,9 @@ constexpr auto Meanings = []
 {
     std::array<std::int16_t, 256> table{};
     table.fill(Other);
-    for (const unsigned char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
+    for (std::size_t blank = '\t'; blank <= '\r'; ++blank)
         table[blank] = WhiteSpace;
+    table[' '] = WhiteSpace;
     for (std::int16_t value = 0; value < 16; ++value)
     {
         const unsigned char digit =
