@@ -13,7 +13,7 @@ constexpr bool IsDigit(char16_t character) noexcept
 
 } // namespace
 
-FormatReader::Kind FormatReader::Next() noexcept
+FormatReader::Kind FormatReader::NextSpecial() noexcept
 {
     if (position >= format.Length())
         return Kind::End;

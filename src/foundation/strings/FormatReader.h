@@ -7,12 +7,15 @@
 /// What the options of a placeholder ask for; those that it lacks keep their value.
 struct MFormatOptions
 {
-    bool isHexadecimal = false;
-    bool hasPlus = false;
-    std::uint8_t width = 0; ///< digits of an integer at least
-    char fill = ' ';
-    std::uint8_t precision = 4; ///< decimals of a double
+    bool isHexadecimal;
+    bool hasPlus;
+    std::uint8_t width; ///< digits of an integer at least
+    char fill;
+    std::uint8_t precision; ///< decimals of a double
 };
+
+constexpr MFormatOptions DefaultFormatOptions = {
+    .isHexadecimal = false, .hasPlus = false, .width = 0, .fill = ' ', .precision = 4};
 
 /// Takes a format text apart, for those who fill it and those who read by it. MStringFormatter
 /// tells what a format looks like.
@@ -29,7 +32,14 @@ public:
     /// @p readFormat has to outlive this.
     explicit FormatReader(const MString& readFormat) noexcept : format(readFormat) {}
 
-    Kind Next() noexcept;
+    Kind Next() noexcept
+    {
+        character = format.CharAt(position);
+        if (character == 0 || character == u'{' || character == u'}')
+            return NextSpecial();
+        ++position;
+        return Kind::Character;
+    }
     char16_t GetCharacter() const noexcept { return character; }
     /// @throws MException (2) "Formatting string contains an invalid argument number.".
     int ReadNumber();
@@ -42,6 +52,8 @@ public:
     void SkipBlanks() noexcept;
 
 private:
+    /// Next at a brace and where the format may end.
+    Kind NextSpecial() noexcept;
     std::uint8_t ReadTwoDigits() noexcept;
 
     const MString& format;

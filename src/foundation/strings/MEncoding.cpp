@@ -62,7 +62,7 @@ MString MEncoding::Codec::Decode(std::span<const std::byte> memory) const
         const std::u16string_view piece(units.data(), progress.written);
         const std::size_t end = piece.find(u'\0');
         text.AppendChars(piece.substr(0, end));
-        if (end != piece.npos)
+        if (end != std::u16string_view::npos)
             break;
     }
     return text;

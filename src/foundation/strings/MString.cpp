@@ -38,8 +38,8 @@ constexpr std::size_t TooManyCharacters = limits::TextCharacters + std::size_t{1
 
 constexpr char16_t ToLowerASCII(char16_t character) noexcept
 {
-    return character >= u'A' && character <= u'Z' ? static_cast<char16_t>(character + 32)
-                                                  : character;
+    const bool isUpper = static_cast<char16_t>(character - u'A') < 26;
+    return static_cast<char16_t>(character | (isUpper ? 0x20 : 0));
 }
 
 /// What a character counts as in a comparison.
@@ -82,15 +82,16 @@ constexpr std::size_t Round = 8;
 template <typename A, typename B>
 bool IsEqualRound(const A* a, const B* b) noexcept
 {
-    unsigned doubts = 0;
+    std::array<char16_t, Round> doubts;
     for (std::size_t i = 0; i < Round; ++i)
     {
         const char16_t left = ToWide(a[i]);
         const char16_t right = ToWide(b[i]);
-        doubts |= static_cast<unsigned>(ToLowerASCII(left) != ToLowerASCII(right));
-        doubts |= static_cast<unsigned>(left == 0);
+        const bool isEnd = left == 0;
+        doubts[i] = static_cast<char16_t>((ToLowerASCII(left) ^ ToLowerASCII(right)) |
+                                          static_cast<int>(isEnd));
     }
-    return doubts == 0;
+    return std::bit_cast<std::array<std::uint64_t, 2>>(doubts) == std::array<std::uint64_t, 2>{};
 }
 
 /// The difference of the first characters that differ within the shorter text, whose end counts as
@@ -265,11 +266,7 @@ void MString::Insert(int position, const MString& other)
     if (other.IsEmpty())
         return;
     if (&other == this)
-    {
-        const MString kept = other;
-        Insert(position, kept);
-        return;
-    }
+        return Insert(position, MString(other));
     char16_t* const gap =
         Open(std::clamp(position, 0, int{length}), static_cast<std::size_t>(other.length));
     other.WithCharacters([gap](auto characters) { CopyWide(characters, gap); });

@@ -19,8 +19,10 @@ public:
             Flush();
         buffer[count++] = character;
     }
+    /// Leaves room for arguments, so that as a rule the block is made once.
     void Flush()
     {
+        target.Reserve(std::int64_t{Length()} + RoomForArguments);
         target.AppendChars({buffer.data(), count});
         count = 0;
     }
@@ -28,6 +30,8 @@ public:
     int Length() const noexcept { return target.Length() + static_cast<int>(count); }
 
 private:
+    static constexpr int RoomForArguments = 16; ///< characters
+
     MString& target;
     std::array<char16_t, 255> buffer;
     std::size_t count = 0;
@@ -86,10 +90,13 @@ MStringFormatter& MStringFormatter::Add(const MString& value)
     return *this;
 }
 
+// Defaulted here rather than in the class, where make_shared would clear the arguments.
+MStringFormatter::State::State() noexcept = default;
+
 MStringFormatter::Argument& MStringFormatter::State::Place(int number, int position) noexcept
 {
     for (; count <= number; ++count)
-        arguments[static_cast<std::size_t>(count)] = {};
+        arguments[static_cast<std::size_t>(count)] = {-1, 0, DefaultFormatOptions};
     Argument& argument = arguments[static_cast<std::size_t>(number)];
     argument.position = position;
     for (const Argument& other : std::span(arguments).first(static_cast<std::size_t>(count)))
@@ -119,10 +126,9 @@ MStringFormatter& MStringFormatter::AddInteger(std::uint64_t magnitude, bool isN
 
 const MFormatOptions& MStringFormatter::NextOptions() const noexcept
 {
-    static constexpr MFormatOptions None;
     return state->next < state->count
                ? state->arguments[static_cast<std::size_t>(state->next)].options
-               : None;
+               : DefaultFormatOptions;
 }
 
 void MStringFormatter::InsertNext(const MString& text)

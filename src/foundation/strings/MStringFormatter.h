@@ -37,20 +37,21 @@ public:
 private:
     struct Argument
     {
-        std::int32_t position = -1; ///< characters from the start of the result
-        std::uint8_t order = 0;     ///< among the arguments of one position
+        std::int32_t position; ///< characters from the start of the result; -1: nowhere
+        std::uint8_t order;    ///< among the arguments of one position
         MFormatOptions options;
     };
 
     struct State
     {
+        State() noexcept;
         /// Moves the argument of this @p number to @p position, behind those that stand there.
         Argument& Place(int number, int position) noexcept;
 
         MString result;
         int count = 0; ///< highest number in the format plus 1
         int next = 0;
-        /// Made up to count; a format as a rule has one or two.
+        /// Made up to count only: as a rule a format has one or two.
         std::array<Argument, limits::FormatArguments> arguments;
     };
 

@@ -62,7 +62,7 @@ MStringScanner::MStringScanner(const MString& format, const MString& input)
         case FormatReader::Kind::Placeholder:
         {
             const int number = reader.ReadNumber();
-            MFormatOptions options;
+            MFormatOptions options = DefaultFormatOptions;
             reader.ReadOptions(options);
             const char16_t stop = reader.Peek();
             const int start = at;

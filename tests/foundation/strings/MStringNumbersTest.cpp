@@ -1,5 +1,8 @@
+#include <bit>
+#include <cmath>
 #include <cstdio>
 #include <limits>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -18,6 +21,26 @@ TEST(MString, DoublesPrintAsTheCLibraryDoes)
             std::snprintf(expected, sizeof(expected), "%.*f", decimals, value);
             EXPECT_EQ(MString::FromDouble(value, decimals).ToUTF8(), expected);
         }
+}
+
+TEST(MString, RandomDoublesPrintAsTheCLibraryDoes)
+{
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 200'000; ++i)
+    {
+        const auto bits = random();
+        // Any bits; numbers of the usual sizes; halves, which have to round to even.
+        const double value = i % 3 == 0 ? std::bit_cast<double>(bits)
+                             : i % 3 == 1
+                                 ? std::ldexp(static_cast<double>(bits >> 11), -40 - i % 30)
+                                 : static_cast<double>(bits % 100'000) / 64.0 - 500.0;
+        if (!std::isfinite(value))
+            continue;
+        const int decimals = static_cast<int>(random() % 23);
+        char expected[512];
+        std::snprintf(expected, sizeof(expected), "%.*f", decimals, value);
+        ASSERT_EQ(MString::FromDouble(value, decimals).ToUTF8(), expected) << decimals;
+    }
 }
 
 TEST(MString, ReadsTheNumberThatATextBeginsWith)
