@@ -291,7 +291,7 @@ void Register(const std::string& what)
     Register<EncodeOursT<1000>>("encode 64 kB/UTF8Codec, ASCII");
     Register<EncodeOursT<3>>("encode 64 kB/UTF8Codec, mixed");
     RegisterGoal({"format a gain, beside fmt", "Strings/format/MStringFormatter",
-                  "Strings/format/fmt", 1.0});
+                  "Strings/format/fmt", 1.1});
     RegisterGoal(
         {"scan a gain, beside sscanf", "Strings/scan/MStringScanner", "Strings/scan/sscanf", 1.0});
     return true;

@@ -7,7 +7,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <new>
 #include <utility>
@@ -149,12 +148,14 @@ void MString::Slab::Release(std::int32_t count) noexcept
         std::free(this);
 }
 
-MString::MString(const char* literal) noexcept
+inline char16_t* MString::EnsureWritable(std::int64_t minCapacity)
 {
-    if (literal == nullptr)
-        return;
-    text = literal;
-    length = static_cast<std::int32_t>(std::strlen(literal));
+    const std::int64_t capacity = std::max<std::int64_t>(minCapacity, length);
+    const bool isOwn = !isLiteral && !Block::Of(text)->IsInSlab() &&
+                       Block::Of(text)->holders.load(std::memory_order_acquire) < 2;
+    if (isOwn && Block::Of(text)->GetCapacity() >= capacity)
+        return Block::Of(text)->Characters();
+    return MakeBlock(capacity, isOwn);
 }
 
 MString& MString::operator=(const MString& other) noexcept
@@ -255,9 +256,10 @@ void MString::AppendChars(std::u16string_view characters)
     if (characters.empty())
         return;
     const std::less<const void*> isBefore;
-    const bool areOwn = !isBefore(characters.data(), text) &&
-                        isBefore(characters.data(), Wide() + (isLiteral ? 0 : length));
-    const MString kept = areOwn ? *this : MString(); // what is written moves to another block
+    const bool areOwn = !isLiteral && !isBefore(characters.data(), text) &&
+                        isBefore(characters.data(), Wide() + length);
+    if (areOwn) // they move when the block grows
+        return AppendChars(std::u16string(characters));
     std::ranges::copy(characters, Open(length, characters.size()));
 }
 
@@ -421,23 +423,19 @@ int MString::MatchScore(const MString& query) const noexcept
     return score;
 }
 
-char16_t* MString::EnsureWritable(std::int64_t capacity)
+char16_t* MString::MakeBlock(std::int64_t capacity, bool isOwn)
 {
-    const auto characters = static_cast<std::size_t>(std::max<std::int64_t>(capacity, length));
-    if (!isLiteral && !Block::Of(text)->IsInSlab() &&
-        Block::Of(text)->holders.load(std::memory_order_acquire) < 2)
+    const auto characters = static_cast<std::size_t>(capacity);
+    if (isOwn)
     {
-        Block* block = Block::Of(text);
-        if (block->capacityBytes < (characters + 1) * sizeof(char16_t) + sizeof(Block))
-        {
-            const std::size_t bytes = BlockBytes(characters, sizeof(Block));
-            block = static_cast<Block*>(std::realloc(static_cast<void*>(block), bytes));
-            if (block == nullptr)
-                throw std::bad_alloc();
-            block->capacityBytes = static_cast<std::uint32_t>(bytes);
-            text = block->Characters();
-        }
-        return block->Characters();
+        const std::size_t bytes = BlockBytes(characters, sizeof(Block));
+        auto* const grown =
+            static_cast<Block*>(std::realloc(static_cast<void*>(Block::Of(text)), bytes));
+        if (grown == nullptr)
+            throw std::bad_alloc();
+        grown->capacityBytes = static_cast<std::uint32_t>(bytes);
+        text = grown->Characters();
+        return grown->Characters();
     }
 
     Block* const block = Block::Allocate(characters);

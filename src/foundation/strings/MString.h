@@ -21,7 +21,13 @@ public:
     MString() noexcept = default;
     /// Points at @p literal, which has to outlive this text and all its copies. Each char is one
     /// character, from 0x80 on with the sign extended to 16 bits. Null is the empty text.
-    MString(const char* literal) noexcept;
+    MString(const char* literal) noexcept
+    {
+        if (literal == nullptr)
+            return;
+        text = literal;
+        length = static_cast<std::int32_t>(std::char_traits<char>::length(literal));
+    }
     MString(const MString& other) noexcept
         : text(other.text),
           length(other.length),
@@ -179,6 +185,11 @@ private:
         static Block* Allocate(std::size_t characters);
         bool IsInSlab() const noexcept { return (capacityBytes & 1U) != 0; }
         void Free() noexcept;
+        /// Characters without the terminator; of no use in a slab.
+        std::int64_t GetCapacity() const noexcept
+        {
+            return (std::int64_t{capacityBytes} - std::int64_t{sizeof(Block)}) / 2 - 1;
+        }
         char16_t* Characters() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
         static Block* Of(const void* characters) noexcept
         {
@@ -197,9 +208,11 @@ private:
     {
     }
 
-    /// Makes the text a block of its own with room for @p capacity characters, which keeps the
+    /// Makes the text a block of its own with room for @p minCapacity characters, which keeps the
     /// present ones.
-    char16_t* EnsureWritable(std::int64_t capacity);
+    char16_t* EnsureWritable(std::int64_t minCapacity);
+    /// The same where a new block, or more of one that nobody shares, is needed.
+    char16_t* MakeBlock(std::int64_t capacity, bool isOwn);
     /// Makes room for @p count more characters at @p position, and their end the text's new end.
     char16_t* Open(int position, std::size_t count);
     /// Appends a part of another text, which has it.
