@@ -1,5 +1,7 @@
 #include "foundation/strings/MString.h"
 
+#include <algorithm>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -96,6 +98,41 @@ TEST(MString, ComparesWithoutCaseAndDiacritics)
     EXPECT_LT(MString("").Compare("a"), 0);
 }
 
+TEST(MString, ComparesLongTextsAsCharacterByCharacter)
+{
+    constexpr std::string_view Alphabet = "aAzZ@[`{\xE0 0"; // the neighbours of letters too
+    const auto lower = [](char character)
+    {
+        const bool isUpper = character >= 'A' && character <= 'Z';
+        return static_cast<signed char>(isUpper ? character + 32 : character);
+    };
+    std::minstd_rand random(2);
+    for (int i = 0; i < 20'000; ++i)
+    {
+        std::string a;
+        while (a.size() < i % 41u)
+            a += Alphabet[random() % Alphabet.size()];
+        std::string b = a;
+        for (char& character : b)
+            if (lower(character) != character && random() % 2 == 0)
+                character = static_cast<char>(lower(character));
+        if (!b.empty() && i % 3 != 0)
+            b[random() % b.size()] = Alphabet[random() % Alphabet.size()];
+        if (i % 5 == 0)
+            b.resize(random() % (b.size() + 1));
+
+        const auto [first, second] = std::ranges::mismatch(a, b, {}, lower, lower);
+        const int expected = (first == a.end() ? 0 : static_cast<char16_t>(lower(*first))) -
+                             (second == b.end() ? 0 : static_cast<char16_t>(lower(*second)));
+        const MString narrow = a.c_str();
+        const MString wide = MString::FromNarrow(a);
+        ASSERT_EQ(narrow.Compare(b.c_str()), expected) << a << ", " << b;
+        ASSERT_EQ(wide.Compare(b.c_str()), expected) << a << ", " << b;
+        ASSERT_EQ(narrow.Compare(MString::FromNarrow(b)), expected) << a << ", " << b;
+        ASSERT_EQ(wide.Compare(MString::FromNarrow(b)), expected) << a << ", " << b;
+    }
+}
+
 TEST(MString, ComparesParts)
 {
     struct Case
@@ -112,10 +149,11 @@ TEST(MString, ComparesParts)
         EXPECT_EQ(text.Compare(row.position, "pASSwo", row.otherPosition, row.maxCount),
                   row.expected)
             << row.position << ", " << row.otherPosition << ", " << row.maxCount;
-    EXPECT_EQ(MString::FromUTF16(std::u16string(u"ab\0c", 4))
-                  .Compare(MString::FromUTF16(std::u16string(u"ab\0d", 4))),
-              0)
-        << "both end at a terminator";
+    std::u16string ended(20, u'x');
+    ended[4] = 0;
+    const MString first = MString::FromUTF16(ended);
+    ended.back() = u'y';
+    EXPECT_EQ(first.Compare(MString::FromUTF16(ended)), 0) << "both end at a terminator";
 }
 
 TEST(MString, HashesByItsThinSampling)
