@@ -98,7 +98,11 @@ void MThread::Run(void* argument) noexcept
                  });
     }
     if (deletes)
+    {
+        // While the event still lives: its target may be ending on another thread.
+        thread.notification.RemoveAll();
         delete &thread;
+    }
 }
 
 std::shared_ptr<MSystemThread> MThread::GetSystemThread()

@@ -133,13 +133,14 @@ bool InitMutex(pthread_mutex_t& mutex, int sharing)
     return isMade;
 }
 
-/// The clock of all time limits: it does not follow changes of the date.
+/// By the wall clock, although a wait then follows when someone sets it: the thread sanitizer does
+/// not know the call that takes another.
 timespec Deadline(int timeout) noexcept
 {
     constexpr long NsPerMs = 1'000'000;
     constexpr long NsPerSecond = 1'000'000'000;
     timespec time{};
-    clock_gettime(CLOCK_MONOTONIC, &time);
+    clock_gettime(CLOCK_REALTIME, &time);
     time.tv_sec += timeout / 1000;
     time.tv_nsec += timeout % 1000 * NsPerMs;
     if (time.tv_nsec >= NsPerSecond)
@@ -150,44 +151,78 @@ timespec Deadline(int timeout) noexcept
     return time;
 }
 
-bool LockMutex(pthread_mutex_t& mutex, int timeout) noexcept
+class RobustMutex : public MSystemMutex
 {
-    int result = 0;
-    if (timeout == 0)
-    {
-        result = pthread_mutex_trylock(&mutex);
-    }
-    else if (timeout < 0)
-    {
-        result = pthread_mutex_lock(&mutex);
-    }
-    else
-    {
-        const timespec deadline = Deadline(timeout);
-        result = pthread_mutex_clocklock(&mutex, CLOCK_MONOTONIC, &deadline);
-    }
-    // The holder ended. What the mutex guards is no worse off than after an exception.
-    return result == 0 || (result == EOWNERDEAD && pthread_mutex_consistent(&mutex) == 0);
-}
+public:
+    RobustMutex(const RobustMutex&) = delete;
+    RobustMutex& operator=(const RobustMutex&) = delete;
 
-class PrivateMutex : public MSystemMutex
+    bool Lock(int timeout) noexcept override
+    {
+        int result = 0;
+        if (timeout == 0)
+        {
+            result = pthread_mutex_trylock(&mutex);
+        }
+        else if (timeout < 0)
+        {
+            result = pthread_mutex_lock(&mutex);
+        }
+        else
+        {
+            const timespec deadline = Deadline(timeout);
+            result = pthread_mutex_timedlock(&mutex, &deadline);
+        }
+        if (result == EOWNERDEAD)
+        {
+            // What the mutex guards is no worse off than after an exception.
+            result = pthread_mutex_consistent(&mutex);
+            holds = 0;
+        }
+        if (result == 0)
+            ++holds;
+        return result == 0;
+    }
+    void Unlock() noexcept override
+    {
+        --holds;
+        pthread_mutex_unlock(&mutex);
+    }
+
+protected:
+    explicit RobustMutex(pthread_mutex_t& systemMutex) noexcept : mutex(systemMutex) {}
+
+    /// Before the mutex goes: what this thread holds stands in a list of the system.
+    void ReleaseAll() noexcept
+    {
+        if (!RobustMutex::Lock(0))
+            return;
+        for (int left = holds; left > 0; --left)
+            RobustMutex::Unlock();
+    }
+
+private:
+    pthread_mutex_t& mutex;
+    int holds = 0; ///< through this object, by the thread that holds the mutex
+};
+
+class PrivateMutex : public RobustMutex
 {
 public:
     /// @throws std::bad_alloc if the system refuses
-    PrivateMutex()
+    PrivateMutex() : RobustMutex(storage)
     {
-        if (!InitMutex(mutex, PTHREAD_PROCESS_PRIVATE))
+        if (!InitMutex(storage, PTHREAD_PROCESS_PRIVATE))
             throw std::bad_alloc();
     }
-    ~PrivateMutex() override { pthread_mutex_destroy(&mutex); }
-    PrivateMutex(const PrivateMutex&) = delete;
-    PrivateMutex& operator=(const PrivateMutex&) = delete;
-
-    bool Lock(int timeout) noexcept override { return LockMutex(mutex, timeout); }
-    void Unlock() noexcept override { pthread_mutex_unlock(&mutex); }
+    ~PrivateMutex() override
+    {
+        ReleaseAll();
+        pthread_mutex_destroy(&storage);
+    }
 
 private:
-    pthread_mutex_t mutex{};
+    pthread_mutex_t storage{};
 };
 
 class File
@@ -221,7 +256,7 @@ private:
 
 /// A mutex in a shared memory file. Whoever uses it holds a shared lock on the file; whoever can
 /// get the exclusive lock is alone, and so may set the mutex up, or remove the file.
-class NamedMutex : public MSystemMutex
+class NamedMutex : public RobustMutex
 {
 public:
     /// Null if the system refuses.
@@ -256,16 +291,12 @@ public:
 
     ~NamedMutex() override
     {
+        ReleaseAll();
         munmap(shared, sizeof(Shared));
         // A forked process has the same lock on the file as its parent, whose business this is.
         if (getpid() == creator && file.Lock(LOCK_EX | LOCK_NB))
             shm_unlink(path.c_str());
     }
-    NamedMutex(const NamedMutex&) = delete;
-    NamedMutex& operator=(const NamedMutex&) = delete;
-
-    bool Lock(int timeout) noexcept override { return LockMutex(shared->mutex, timeout); }
-    void Unlock() noexcept override { pthread_mutex_unlock(&shared->mutex); }
 
 private:
     struct Shared
@@ -275,7 +306,8 @@ private:
     };
 
     NamedMutex(std::string newPath, File newFile, Shared* mapping)
-        : path(std::move(newPath)),
+        : RobustMutex(mapping->mutex),
+          path(std::move(newPath)),
           file(std::move(newFile)),
           shared(mapping),
           creator(getpid())
