@@ -61,7 +61,8 @@ std::int32_t MDateTime::GetDayNumber() const noexcept
 
 std::int64_t MDateTime::GetSeconds() const noexcept
 {
-    return GetDayNumber() * SecondsPerDay + hour * 3600 + minute * 60 + second;
+    const int ofDay = hour * 3600 + minute * 60 + second;
+    return GetDayNumber() * SecondsPerDay + ofDay;
 }
 
 std::int64_t MDateTime::GetMicroseconds() const noexcept

@@ -81,7 +81,8 @@ private:
     /// Runs on the thread behind Main.
     virtual void OnFinish() {}
 
-    static void Run(void* thread) noexcept;
+    /// The entry point; @p argument is the MThread.
+    static void Run(void* argument) noexcept;
     /// Makes the thread of the system, suspended, at the first need.
     std::shared_ptr<MSystemThread> GetSystemThread();
 

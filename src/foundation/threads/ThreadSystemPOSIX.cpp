@@ -38,7 +38,7 @@ public:
 
     ~GatedThread() override
     {
-        if (IsCurrent())
+        if (GatedThread::IsCurrent())
             thread.detach();
         else
             thread.join();

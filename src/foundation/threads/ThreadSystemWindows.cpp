@@ -1,6 +1,6 @@
 #include "foundation/threads/ThreadSystem.h"
 
-#include <new>
+#include <cstdint>
 #include <string>
 
 #define WIN32_LEAN_AND_MEAN
@@ -68,7 +68,7 @@ public:
     explicit SuspendedThread(HANDLE newHandle) noexcept : handle(newHandle) {}
     ~SuspendedThread() override
     {
-        if (!IsCurrent())
+        if (!SuspendedThread::IsCurrent())
             SuspendedThread::Wait(-1);
     }
 

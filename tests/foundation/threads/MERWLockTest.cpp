@@ -138,6 +138,7 @@ TEST(MERWLockThreads, ReadersThatAllWantToWriteDoSoOneAfterTheOther)
     std::atomic<int> inside = 0;
     int written = 0;
     std::vector<std::future<bool>> threads;
+    threads.reserve(Count);
     for (int i = 0; i < Count; ++i)
         threads.push_back(std::async(std::launch::async,
                                      [&]
@@ -165,6 +166,7 @@ TEST(MERWLockThreads, WritersAreAloneAndReadersSeeWholeChanges)
     int first = 0;
     int second = 0;
     std::vector<std::thread> threads;
+    threads.reserve(Threads);
     for (int thread = 0; thread < Threads; ++thread)
         threads.emplace_back(
             [&, thread]

@@ -1,5 +1,7 @@
 #include "foundation/threads/MEventProcessor.h"
 
+#include <array>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -143,6 +145,7 @@ TEST(MEventProcessorThreads, KeepsTheOrderOfEachPostingThread)
     MEventProcessor processor;
     Collector collector;
     std::vector<std::thread> posters;
+    posters.reserve(3);
     for (int poster = 0; poster < 3; ++poster)
         posters.emplace_back(
             [&, poster]

@@ -1,6 +1,7 @@
 #include "foundation/threads/MEvent.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -116,7 +117,7 @@ TEST(MEvent, AHandlerMayChangeAnythingDuringAFiring)
     for (const DuringFiring& row : Deeds)
     {
         // As they are, and with so many more behind them that the copy is on the heap.
-        for (const std::size_t more : {0, 40})
+        for (const int more : {0, 40})
         {
             std::unique_ptr<TestEvent> event = std::make_unique<TestEvent>();
             std::vector<std::unique_ptr<Listener>> targets;
@@ -126,7 +127,7 @@ TEST(MEvent, AHandlerMayChangeAnythingDuringAFiring)
                 event->Subscribe<&Listener::OnFire>(*targets.back());
             }
             Listener others('-');
-            for (std::size_t i = 0; i < more; ++i)
+            for (int i = 0; i < more; ++i)
                 event->Subscribe<&Listener::OnFire>(others);
             bool hasActed = false;
             targets[1]->Do(
