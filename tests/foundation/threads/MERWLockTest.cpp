@@ -112,9 +112,11 @@ TEST(MERWLockThreads, AWaitingWriterKeepsNewReadersOut)
     AwaitAWaitingWriter(lock);
     EXPECT_TRUE(Try(lock, Read)) << "who reads may read on";
     std::future<bool> reader = TryFromAnotherThread(lock, Read, Patience);
+    const Clock::time_point start = Clock::now();
     lock.Leave(Read);
     EXPECT_TRUE(writer.get());
     EXPECT_TRUE(reader.get());
+    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(Patience / 2)) << "were not woken";
 }
 
 TEST(MERWLockThreads, AWriterThatGivesUpLetsReadersIn)

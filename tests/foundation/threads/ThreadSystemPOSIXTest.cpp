@@ -95,7 +95,7 @@ TEST(MMutexProcesses, IsHeldByAnotherProcessUntilThatEnds)
 TEST(MMutexProcesses, ProcessesThatComeAndGoShareOneMutex)
 {
     constexpr int Processes = 4;
-    constexpr int Rounds = 300;
+    constexpr int Rounds = 3000;
     constexpr std::size_t Size = sizeof(int);
     void* const memory =
         mmap(nullptr, Size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -141,8 +141,8 @@ TEST(MMutexProcesses, TheLastUserRemovesAName)
         {
             MMutex second;
             ASSERT_TRUE(second.Create(MString::FromUTF8(name)));
-            Await(Fork([&] { second.Create(); })); // lets go of what it inherited
         }
+        Await(Fork([&first] { first.Create(); })); // lets go of what it inherited
         EXPECT_TRUE(IsThereAFileFor(name));
     }
     EXPECT_FALSE(IsThereAFileFor(name));
