@@ -4,7 +4,7 @@
 
 #include "tests/tools/RenderProgram.h"
 #include "tests/tools/Signals.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/tools/WavSound.h"
 
 namespace

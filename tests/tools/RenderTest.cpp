@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/RenderProgram.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/tools/WavSound.h"
 #include "tools/render/FrequencyMeter.h"
 

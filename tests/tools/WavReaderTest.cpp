@@ -4,7 +4,7 @@
 
 #include "foundation/threads/MException.h"
 #include "tests/tools/Signals.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/tools/WavSound.h"
 
 namespace

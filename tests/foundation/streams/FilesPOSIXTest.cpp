@@ -11,7 +11,7 @@
 #include "foundation/streams/Files.h"
 #include "foundation/streams/MStdFileStream.h"
 #include "tests/foundation/streams/StreamTest.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 
 namespace
 {

@@ -6,7 +6,7 @@
 
 #include "foundation/streams/MConsoleStream.h"
 #include "tests/foundation/streams/StreamTest.h"
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 
 namespace
 {

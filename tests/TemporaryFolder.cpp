@@ -1,17 +1,21 @@
-#include "tests/tools/TemporaryFolder.h"
+#include "tests/TemporaryFolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
+#include <random>
+#include <string>
 
 TemporaryFolder::TemporaryFolder()
 {
-    std::string name = (std::filesystem::temp_directory_path() / "tonvale-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    path = name;
+    // Tests run side by side, so a name may be taken.
+    std::random_device random;
+    do
+    {
+        std::string name = "tonvale-test-";
+        name += std::to_string(random());
+        path = std::filesystem::temp_directory_path() / name;
+    } while (!std::filesystem::create_directory(path));
 }
 
 TemporaryFolder::~TemporaryFolder()
