@@ -1,5 +1,6 @@
 // Texts, formats and encodings beside the C and C++ libraries and fmt.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <string>
@@ -56,9 +57,9 @@ struct FormatSnprintf
 
 std::vector<std::string> GainTexts()
 {
-    std::vector<std::string> texts;
-    for (const double gain : Gains)
-        texts.push_back(fmt::format("{:.2f} dB", gain));
+    std::vector<std::string> texts(Gains.size());
+    std::ranges::transform(Gains, texts.begin(),
+                           [](double gain) { return fmt::format("{:.2f} dB", gain); });
     return texts;
 }
 
@@ -239,10 +240,9 @@ struct EncodeOursT
     std::vector<char16_t> source = []
     {
         const MString text = MString::FromUTF8(FileText(Gap));
-        std::vector<char16_t> units;
-        for (int i = 0; i < text.Length(); ++i)
-            units.push_back(text.CharAt(i));
-        return units;
+        return text.WithCharacters(
+            [](auto characters)
+            { return std::vector<char16_t>(characters.begin(), characters.end()); });
     }();
     std::vector<std::byte> target = std::vector<std::byte>(3 * source.size() + 8);
 };

@@ -18,9 +18,7 @@ public:
         virtual bool Accepts(char16_t character) const noexcept = 0;
         /// What passes, as bits.
         virtual int GetKind() const noexcept = 0;
-
-    protected:
-        ~Interface() = default;
+        virtual ~Interface() = default;
     };
 
 private:

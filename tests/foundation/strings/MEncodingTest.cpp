@@ -99,7 +99,7 @@ TEST(MEncoding, PiecesGiveTheTextOfTheWhole)
         const auto wholeBytes =
             InPieces<char>(std::span<const char16_t>(units), 1000, 2000, encode);
         for (std::size_t pieceSize = 1; pieceSize < 40; ++pieceSize)
-            for (const std::size_t room : {2, 3, 17, 400})
+            for (const std::size_t room : {2u, 3u, 17u, 400u})
             {
                 ASSERT_EQ(InPieces<char16_t>(Bytes(bytes), pieceSize, room, decode), wholeText)
                     << codec->GetName().ToUTF8() << ", " << pieceSize << ", " << room;
@@ -334,7 +334,7 @@ TEST(MTextStream, LinesComeBackThroughAnyBuffer)
         u"first", u"", u"62 " + std::u16string(61, u'b'), longLine, std::u16string(64, u'c'),
         u"last"};
     for (const char* const name : {"", "utf8", "utf16", "windows-1252"})
-        for (const std::size_t capacity : {1, 2, 3, 64, 1024})
+        for (const std::size_t capacity : {1u, 2u, 3u, 64u, 1024u})
         {
             const MEncoding::Codec& codec = MEncoding::GetCodec(name);
             BytesStream stream;

@@ -65,12 +65,14 @@ TEST(MStringFormatter, BracesStandForThemselvesWhenDoubled)
 
 TEST(MStringFormatter, LongTextsComeOutWhole)
 {
-    for (const std::size_t size : {254, 255, 256, 511, 5000})
+    for (const std::size_t size : {254u, 255u, 256u, 511u, 5000u})
     {
         const std::string literal(size, 'x');
-        const std::string format = literal + "{1}" + literal + "{0; 99}";
-        EXPECT_EQ(MStringFormatter(format.c_str()).Add(7).Add("mid").Result().ToUTF8(),
-                  literal + "mid" + literal + std::string(98, ' ') + "7");
+        std::string format = literal;
+        format.append("{1}").append(literal).append("{0; 99}");
+        std::string expected = literal;
+        expected.append("mid").append(literal).append(98, ' ').append("7");
+        EXPECT_EQ(MStringFormatter(format.c_str()).Add(7).Add("mid").Result().ToUTF8(), expected);
     }
     EXPECT_EQ(Format("{0;.99}", -1e308).size(), 1u + 309u + 1u + 99u);
     EXPECT_EQ(Format("{0;.99}", 1e308).substr(0, 7), "1000000");
@@ -86,7 +88,7 @@ TEST(MStringFormatter, ArgumentsOfOnePlaceKeepTheirOrder)
         std::string expected;
         for (const char digit : order)
         {
-            format += std::string("{") + digit + "}";
+            format.append("{").append(1, digit).append("}");
             expected += static_cast<char>(digit - '0' + 'a');
         }
         const MString result =

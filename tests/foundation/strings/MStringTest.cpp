@@ -110,7 +110,7 @@ TEST(MString, ComparesLongTextsAsCharacterByCharacter)
     for (int i = 0; i < 20'000; ++i)
     {
         std::string a;
-        while (a.size() < i % 41u)
+        while (a.size() < static_cast<std::size_t>(i % 41))
             a += Alphabet[random() % Alphabet.size()];
         std::string b = a;
         for (char& character : b)
