@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "foundation/streams/MConsole.h"
+#include "foundation/strings/FileNames.h"
 
 namespace
 {
@@ -61,16 +62,16 @@ private:
 
 } // namespace
 
-// Names are UTF-8, as everywhere on this platform.
+// Names are UTF-8 as a rule, but may be any bytes.
 
 std::filesystem::path filesystem::ToPath(const MString& name)
 {
-    return name.ToUTF8();
+    return FileNameToBytes(name);
 }
 
 MString filesystem::FromPath(const std::filesystem::path& path)
 {
-    return MString::FromUTF8(path.native());
+    return FileNameFromBytes(path.native());
 }
 
 std::FILE* filesystem::OpenFile(const MString& name, const char* mode)

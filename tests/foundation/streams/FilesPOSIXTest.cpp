@@ -120,6 +120,21 @@ TEST(MStdFileStream, WhatIsNoFileCannotBeReadOrSought)
               "Error reading from file \"/proc/self/mem\". (0)");
 }
 
+TEST(Files, FindsNamesThatAreNoTextAgain)
+{
+    const TemporaryFolder folder;
+    const std::string bytes = "caf\xC3\xA9 \xFF\xC3(";
+    folder.Write(bytes, SomeBytes);
+    const std::vector<files::Entry> entries = files::ListDirectory(NameOf(folder.GetPath()));
+    ASSERT_EQ(entries.size(), 1u);
+    const MString name = files::PathJoin(NameOf(folder.GetPath()), entries[0].name);
+    MStdFileStream stream(name, Opening::Existing);
+    EXPECT_EQ(TextOf(ReadAll(stream)), "text");
+    stream.Close();
+    files::DeleteFile(name);
+    EXPECT_EQ(folder.List(), "");
+}
+
 /// A desktop that writes down what it is asked to open.
 class Desktop
 {
