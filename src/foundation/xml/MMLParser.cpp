@@ -1,6 +1,8 @@
 #include "foundation/xml/MMLParser.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "foundation/threads/MException.h"
@@ -29,28 +31,76 @@ constexpr auto NameEnds = []
     return ends;
 }();
 
-/// A type rather than a function, so that loops over it have it inside.
-struct EndsName
+constexpr bool EndsName(char16_t character) noexcept
 {
-    constexpr bool operator()(char16_t character) const noexcept
-    {
-        return character < NameEnds.size() && NameEnds[character];
-    }
-};
+    return character < NameEnds.size() && NameEnds[character];
+}
 
 constexpr bool IsDelimiter(char16_t character) noexcept
 {
-    return EndsName{}(character) && !IsBlank(character);
+    return EndsName(character) && !IsBlank(character);
 }
+
+// What XMLSource::ReadUntil looks for: types rather than functions, so that it has them inside.
+
+struct FindNameEnd
+{
+    std::size_t operator()(std::u16string_view text) const noexcept
+    {
+        std::size_t at = 0;
+        while (at < text.size() && !EndsName(text[at]))
+            ++at;
+        return at;
+    }
+};
+
+/// The first quote or ampersand.
+struct FindPlainEnd
+{
+    std::size_t operator()(std::u16string_view text) const noexcept
+    {
+        // Both characters differ in one bit; four characters a round.
+        static_assert((u'"' | 4) == u'&');
+        constexpr std::uint64_t EachLowest = 0x0001000100010001;
+        constexpr std::uint64_t EachHighest = 0x8000800080008000;
+        std::size_t at = 0;
+        for (std::uint64_t four = 0; at + 4 <= text.size(); at += 4)
+        {
+            std::memcpy(&four, text.data() + at, sizeof four);
+            four = (four | 4 * EachLowest) ^ u'&' * EachLowest;
+            if (((four - EachLowest) & ~four & EachHighest) != 0)
+                break; // one of the four has become 0
+        }
+        while (at < text.size() && text[at] != u'"' && text[at] != u'&')
+            ++at;
+        return at;
+    }
+};
+
+template <char16_t Character>
+struct Find
+{
+    std::size_t operator()(std::u16string_view text) const noexcept
+    {
+        return std::min(text.find(Character), text.size());
+    }
+};
 
 /// Whether @p text begins with @p name and no more of a name.
 bool StartsWithName(std::u16string_view text, const MString& name)
 {
     const auto length = static_cast<std::size_t>(name.Length());
-    return length > 0 && length < text.size() && EndsName{}(text[length]) &&
-           name.WithCharacters(
-               [text](auto characters)
-               { return std::equal(characters.begin(), characters.end(), text.begin()); });
+    if (length == 0 || length >= text.size() || !EndsName(text[length]))
+        return false;
+    return name.WithCharacters(
+        [text](auto characters)
+        {
+            // Names are so short that a call of the library would take longer.
+            for (std::size_t i = 0; i < characters.size(); ++i)
+                if (static_cast<char16_t>(characters[i]) != text[i])
+                    return false;
+            return true;
+        });
 }
 
 /// Skips blanks and then @p expected, or tells that something else stands there.
@@ -140,7 +190,7 @@ bool MMLParser::ReadDeclaration(XMLSource& source)
         SkipPast(source, u"-->");
     else if (SkipToken(source, u'['))
     {
-        const MString word = ShareText(source.ReadUntil([](char16_t c) { return c == u'['; }, 16));
+        const MString word = ShareText(source.ReadUntil(Find<u'['>{}, 16));
         if (word == "CDATA")
             return ReadCharacterData(source);
         SkipPast(source, u">");
@@ -190,7 +240,7 @@ bool MMLParser::ReadElement(XMLSource& source)
                 Refuse("Invalid element finishing sequence.");
             return FinishElement(source, name, true);
         }
-        if (next == XMLSource::NoMore || EndsName{}(static_cast<char16_t>(next)))
+        if (next == XMLSource::NoMore || EndsName(static_cast<char16_t>(next)))
             Refuse("Special character found where attribute expected.");
         const MString& attribute = ReadName(
             source, attributeGuesses[std::min(attributes.size(), attributeGuesses.size() - 1)]);
@@ -204,9 +254,7 @@ bool MMLParser::ReadElement(XMLSource& source)
             Refuse("Invalid character found where attribute expected.");
         if (attributes.size() == limits.attributes)
             Refuse("Too many attributes.");
-        MAttribute& added = attributes.emplace_back();
-        added.name = attribute;
-        added.value = ReadValue(source);
+        attributes.emplace_back(attribute, ReadValue(source));
     }
 }
 
@@ -233,7 +281,7 @@ const MString& MMLParser::ReadName(XMLSource& source, MString& guess)
         source.Skip(static_cast<std::size_t>(guess.Length()));
         return guess;
     }
-    const std::u16string_view characters = source.ReadUntil(EndsName{}, limits.nameCharacters);
+    const std::u16string_view characters = source.ReadUntil(FindNameEnd{}, limits.nameCharacters);
     if (characters.size() > limits.nameCharacters)
         Refuse("Name is too long.");
     guess = ShareText(characters);
@@ -244,15 +292,13 @@ MString MMLParser::ReadValue(XMLSource& source)
 {
     if (!SkipToken(source, u'"'))
     {
-        const std::u16string_view token = source.ReadUntil(EndsName{}, limits.textCharacters);
+        const std::u16string_view token = source.ReadUntil(FindNameEnd{}, limits.textCharacters);
         CheckText(token.size());
         return token.find(u'&') == std::u16string_view::npos ? MakeValue(token) : Decode(token);
     }
 
     // Values without an entity go straight from the source into the text.
-    const auto endsPlain = [](char16_t character)
-    { return character == u'"' || character == u'&'; };
-    const std::u16string_view plain = source.ReadUntil(endsPlain, limits.textCharacters);
+    const std::u16string_view plain = source.ReadUntil(FindPlainEnd{}, limits.textCharacters);
     CheckText(plain.size());
     if (source.PeekCharacter() == u'"')
     {
@@ -261,8 +307,7 @@ MString MMLParser::ReadValue(XMLSource& source)
         return value;
     }
     std::u16string encoded(plain);
-    encoded += source.ReadUntil([](char16_t character) { return character == u'"'; },
-                                limits.textCharacters - plain.size());
+    encoded += source.ReadUntil(Find<u'"'>{}, limits.textCharacters - plain.size());
     CheckText(encoded.size());
     if (!SkipToken(source, u'"'))
         Refuse("No ending delimiter found.");

@@ -41,10 +41,11 @@ public:
         return position < end ? characters[position] : SkipBlanksSlowly();
     }
 
-    /// All characters up to the first one that @p isEnd tells, or to the end of the source; one
-    /// more than @p limit at most.
-    template <typename IsEnd>
-    std::u16string_view ReadUntil(IsEnd isEnd, std::size_t limit);
+    /// All characters up to the place that @p findEnd tells, or to the end of the source. Stops
+    /// soon behind @p limit characters. @p findEnd gets the characters at hand and returns the
+    /// place in them, or their number if it lies farther on.
+    template <typename FindEnd>
+    std::u16string_view ReadUntil(FindEnd findEnd, std::size_t limit);
 
     /// Decodes what lies behind the present character by @p newCodec.
     void SwitchCodec(const MEncoding::Codec& newCodec);
@@ -74,13 +75,11 @@ private:
     std::u16string collected; ///< what ReadUntil found on both sides of a border
 };
 
-template <typename IsEnd>
-std::u16string_view XMLSource::ReadUntil(IsEnd isEnd, std::size_t limit)
+template <typename FindEnd>
+std::u16string_view XMLSource::ReadUntil(FindEnd findEnd, std::size_t limit)
 {
     const std::u16string_view first = Peek();
-    std::size_t count = 0;
-    while (count < first.size() && !isEnd(first[count]))
-        ++count;
+    std::size_t count = findEnd(first);
     Skip(count);
     if (count < first.size())
         return first.substr(0, count);
@@ -89,9 +88,7 @@ std::u16string_view XMLSource::ReadUntil(IsEnd isEnd, std::size_t limit)
     while (collected.size() <= limit)
     {
         const std::u16string_view next = Peek();
-        for (count = 0; count < next.size() && !isEnd(next[count]); ++count)
-        {
-        }
+        count = findEnd(next);
         collected.append(next.substr(0, count));
         Skip(count);
         if (count < next.size() || next.empty())
