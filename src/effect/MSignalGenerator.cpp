@@ -7,6 +7,7 @@
 #include "dsp/kernels/Levels.h"
 #include "foundation/strings/MStringFormatter.h"
 #include "foundation/threads/MLockGuard.h"
+#include "foundation/values/MValueSignalGeneratorShape.h"
 #include "foundation/xml/MXMLItem.h"
 
 namespace
@@ -26,6 +27,7 @@ MString StepKey(std::size_t step)
 
 MSignalGenerator::MSignalGenerator() : presets(PresetShapeTables::Get())
 {
+    MValueSignalGeneratorShape::InstallNames(&MSignalGenerator::GetShapeName);
     for (std::size_t step = 0; step < StepValues.size(); ++step)
         StepValues[step] = step % 2 == 0 ? 1.0f : -1.0f;
     Rebuild();
@@ -43,16 +45,11 @@ void MSignalGenerator::Rebuild()
 
 int MSignalGenerator::SplitShape() noexcept
 {
-    constexpr int LastPair = PresetShapeTables::Count - 2;
-    Shape = std::clamp(Shape, 0.0, LastPair + 1.0);
-    if (!(Shape < LastPair + 1.0)) // not a number, too
-    {
-        ShapeFraction = 1.0f;
-        return LastPair;
-    }
-    const int index = static_cast<int>(Shape);
-    ShapeFraction = static_cast<float>(Shape - index);
-    return index;
+    static_assert(PresetShapeTables::Count == valuetexts::ShapeCount);
+    Shape = std::clamp(Shape, 0.0, PresetShapeTables::Count - 1.0);
+    const valuetexts::ShapePosition place = valuetexts::SplitShapePosition(Shape);
+    ShapeFraction = static_cast<float>(place.fraction);
+    return place.index;
 }
 
 void MSignalGenerator::RenderPresets() noexcept

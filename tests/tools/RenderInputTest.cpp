@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/TemporaryFolder.h"
 #include "tests/tools/RenderProgram.h"
 #include "tests/tools/Signals.h"
-#include "tests/TemporaryFolder.h"
 #include "tests/tools/WavSound.h"
 
 namespace

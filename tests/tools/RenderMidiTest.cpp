@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/RenderProgram.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/tools/RenderProgram.h"
 #include "tests/tools/TestMidiFile.h"
 #include "tests/tools/WavSound.h"
 

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/RenderProgram.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/tools/RenderProgram.h"
 #include "tests/tools/WavSound.h"
 #include "tools/render/FrequencyMeter.h"
 

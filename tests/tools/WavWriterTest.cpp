@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "foundation/threads/MException.h"
-#include "tests/tools/Signals.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/tools/Signals.h"
 #include "tests/tools/WavSound.h"
 
 namespace

@@ -16,8 +16,7 @@ template <typename Enum>
 struct MEnumNames;
 
 template <typename Enum>
-concept MNamedEnum = std::is_enum_v<Enum> && std::size(MEnumNames<Enum>::Names)
-> 0;
+concept MNamedEnum = std::is_enum_v<Enum> &&(std::size(MEnumNames<Enum>::Names) > 0);
 
 /// A value of an enumeration.
 template <MNamedEnum Enum>

@@ -10,8 +10,8 @@
 
 #include "foundation/streams/Files.h"
 #include "foundation/streams/MStdFileStream.h"
-#include "tests/foundation/streams/StreamTest.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/foundation/streams/StreamTest.h"
 
 namespace
 {

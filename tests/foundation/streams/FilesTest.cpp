@@ -1,7 +1,7 @@
 #include "foundation/streams/Files.h"
 
-#include "tests/foundation/streams/StreamTest.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/foundation/streams/StreamTest.h"
 
 namespace
 {

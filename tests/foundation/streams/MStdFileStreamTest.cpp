@@ -5,8 +5,8 @@
 #include <random>
 
 #include "foundation/streams/MConsoleStream.h"
-#include "tests/foundation/streams/StreamTest.h"
 #include "tests/TemporaryFolder.h"
+#include "tests/foundation/streams/StreamTest.h"
 
 namespace
 {

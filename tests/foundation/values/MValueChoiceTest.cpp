@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/strings/MStringList.h"
+#include "foundation/values/MThreadPriorityNames.h"
 #include "foundation/values/MValueEnum.h"
 #include "foundation/values/MValueList.h"
 #include "foundation/xml/MXMLItem.h"
@@ -205,6 +206,15 @@ TEST(MNameTable, FindsEachNameInAnyCase)
     EXPECT_EQ(table.Find(""), 2);
     EXPECT_EQ(table.Find("X"), 3);
     EXPECT_EQ(table.Find("y"), -1);
+}
+
+TEST(MValueEnum, KnowsThePrioritiesOfThreads)
+{
+    MValueEnum<MThread::Priority> value;
+    EXPECT_TRUE(value.SetText("highest"));
+    EXPECT_EQ(value.Get(), MThread::Priority::Highest);
+    EXPECT_EQ(value.GetDisplayText().ToUTF8(), "Highest");
+    EXPECT_EQ(value.GetItemCount(), 7);
 }
 
 } // namespace

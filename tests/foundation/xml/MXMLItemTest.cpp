@@ -1,11 +1,36 @@
 #include "foundation/xml/MXMLItem.h"
 
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
+#include "foundation/limits.h"
+#include "foundation/streams/MMemoryStream.h"
+#include "foundation/streams/MStdFileStream.h"
+#include "foundation/streams/MZLibStream.h"
 #include "foundation/threads/MException.h"
+#include "foundation/xml/MXMLItemIterator.h"
+#include "tests/TemporaryFolder.h"
+#include "tests/foundation/xml/Trees.h"
 
 namespace
 {
+
+/// The text that @p action fails with; empty if it does not.
+template <typename Action>
+std::string FailureOf(Action&& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const MException& failure)
+    {
+        return failure.text.ToUTF8();
+    }
+    return {};
+}
 
 TEST(MXMLItem, KeepsOneAttributeANameInSortedOrder)
 {
@@ -45,6 +70,146 @@ TEST(MXMLItem, FindsForTheNextGetAndForgetsWithEveryChange)
     item.Clear();
     EXPECT_TRUE(item.GetSubItems().empty());
     EXPECT_THROW(static_cast<void>(item.GetSubItem()), MException);
+}
+
+TEST(MXMLItem, TellsWhatIsRequiredAndMissing)
+{
+    MXMLItem item("settings");
+    EXPECT_EQ(FailureOf([&] { static_cast<void>(item.GetRequiredAttribute("Dry")); }),
+              "Could not find required attribute (Dry).");
+    EXPECT_EQ(FailureOf([&] { static_cast<void>(item.GetRequiredSubItem("Shape")); }),
+              "Could not find required subitem (Shape).");
+    item.SetAttribute("dry", 1);
+    EXPECT_EQ(item.GetRequiredAttribute("Dry").ToUTF8(), "1");
+    EXPECT_EQ(&item.GetRequiredSubItem("shape"), &item.AddSubItem("Shape"));
+}
+
+TEST(MXMLItem, LinksItsSubitems)
+{
+    MXMLItem root("root");
+    MXMLItem& first = root.AddSubItem("a");
+    MXMLItem& second = root.AddSubItem("b");
+    MXMLItem& third = second.AddSubItem("c");
+    EXPECT_EQ(first.GetNextSibling(), &second);
+    EXPECT_EQ(first.GetPreviousSibling(), nullptr);
+    EXPECT_EQ(second.GetPreviousSibling(), &first);
+    EXPECT_EQ(second.GetNextSibling(), nullptr);
+    EXPECT_EQ(root.GetDepth(), 0);
+    EXPECT_EQ(third.GetDepth(), 2);
+}
+
+TEST(MXMLItem, IsWalkedOverByName)
+{
+    MXMLItem root("root");
+    for (const char* const name : {"a", "b", "A", "c"})
+        root.AddSubItem(name);
+    const auto walk = [&root](const MString& name)
+    {
+        std::string names;
+        MXMLItemIterator item(root, name);
+        for (item.Begin(); item.IsValid(); item.Next())
+            names += item.Current().GetName().ToUTF8();
+        return names;
+    };
+    EXPECT_EQ(walk(""), "abAc");
+    EXPECT_EQ(walk("a"), "aA");
+    EXPECT_EQ(walk("d"), "");
+
+    MXMLItemIterator item(root);
+    EXPECT_FALSE(item.IsValid());
+    EXPECT_EQ(FailureOf([&] { static_cast<void>(item.Current()); }),
+              "XML item iterator has not been initialized.");
+}
+
+/// The tree in compressed bytes as Outline shows it, or the text of the failure.
+std::string LoadedFrom(std::span<const std::byte> packed)
+{
+    MMemoryStream stream = MMemoryStream::Refer(packed);
+    MXMLItem item("");
+    const std::string failure = FailureOf([&] { item.LoadCompressed(stream); });
+    return failure.empty() ? Outline(item) : failure;
+}
+
+TEST(MXMLItem, RefusesCompressedDataThatAreNotWhole)
+{
+    MXMLItem root("root");
+    root.SetAttribute("text", "long enough to be cut off in many places");
+    root.AddSubItem("sub");
+    MMemoryStream stream;
+    root.SaveCompressed(stream, "utf-8");
+    stream.Seek(0, MStream::FromStart);
+    std::vector<std::byte> packed(stream.GetData().begin(), stream.GetData().end());
+    const std::span<const std::byte> whole = packed;
+    const std::string outline = Outline(root);
+
+    constexpr std::size_t ChecksumBytes = 4;
+    EXPECT_EQ(LoadedFrom({}), "The XML does not contain any elements.");
+    for (std::size_t length = 1; length < whole.size() - ChecksumBytes; ++length)
+        ASSERT_EQ(LoadedFrom(whole.first(length)), "Source compressed stream has invalid content.")
+            << length;
+    for (std::size_t length = whole.size() - ChecksumBytes; length <= whole.size(); ++length)
+        EXPECT_EQ(LoadedFrom(whole.first(length)), outline) << "the tree is whole";
+
+    packed.back() ^= std::byte{1};
+    EXPECT_EQ(LoadedFrom(packed), "Source compressed stream has invalid content.");
+    packed.back() ^= std::byte{1};
+    packed.push_back(std::byte{0});
+    EXPECT_EQ(LoadedFrom(packed), outline) << "what follows does not matter";
+}
+
+TEST(MXMLItem, RefusesWhatInflatesWithoutEnd)
+{
+    MMemoryStream packed;
+    {
+        MZLibStream deflated(packed, MZLibStream::Direction::Write);
+        const std::vector<std::byte> blanks(1 << 20, std::byte{' '});
+        for (std::int64_t left = limits::InflatedTreeBytes; left >= 0;
+             left -= static_cast<std::int64_t>(blanks.size()))
+            deflated.Write(blanks);
+        deflated.Finish();
+    }
+    packed.Seek(0, MStream::FromStart);
+    EXPECT_EQ(LoadedFrom(packed.GetData()), "Source compressed stream is too long.");
+}
+
+TEST(MXMLItem, KeepsBytesAsText)
+{
+    std::vector<std::byte> bytes(1000);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::byte>(i * i % 251);
+    MXMLItem item("data");
+    for (const bool isCompressed : {false, true})
+    {
+        item.StoreBytes(bytes, isCompressed);
+        EXPECT_EQ(item.LoadBytes(isCompressed), bytes);
+        item.StoreBytes({}, isCompressed);
+        EXPECT_TRUE(item.LoadBytes(isCompressed).empty());
+    }
+    item.StoreBytes(std::span(bytes).first(4), false);
+    EXPECT_EQ(item.GetText().ToUTF8(), "00010409");
+    for (const char* const broken : {"0", "0G", "00 1", "x"})
+    {
+        item.SetText(broken);
+        EXPECT_EQ(FailureOf([&] { static_cast<void>(item.LoadBytes(false)); }),
+                  "Could not read required data from stream.")
+            << broken;
+    }
+}
+
+TEST(MXMLItem, GoesToAFileAndComesBack)
+{
+    const TemporaryFolder folder;
+    const MString name = MString::FromUTF8((folder / "settings.xml").generic_string());
+    MXMLItem item("settings");
+    item.SetAttribute("a", 0.25);
+    item.Save(name, "utf-8");
+
+    MXMLItem loaded("other");
+    loaded.AddSubItem("gone");
+    MStdFileStream file(name, MStdFileStream::Opening::Existing);
+    loaded.Load(file);
+    EXPECT_EQ(Outline(loaded), "settings a=[0.250000000000]");
+    EXPECT_NE(FailureOf([&] { item.Save("", "utf-8"); }), "");
 }
 
 } // namespace
