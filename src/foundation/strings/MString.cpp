@@ -123,6 +123,8 @@ MString::Block* MString::Block::Allocate(std::size_t characters)
     void* const memory = std::malloc(bytes);
     if (memory == nullptr)
         throw std::bad_alloc();
+    // The analyzer takes it that a power of two may be less than what it was rounded up from.
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.PlacementNew)
     return new (memory) Block{static_cast<std::uint32_t>(bytes), 1};
 }
 
@@ -197,6 +199,7 @@ MString MString::Print(const char* format, ...)
     std::array<char, 8192> buffer;
     va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it does not know va_start in every run
     const int printed = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
     const auto size = std::min(static_cast<std::size_t>(std::max(printed, 0)), buffer.size() - 1);

@@ -362,8 +362,8 @@ MString MMLParser::ShareText(std::u16string_view characters)
 {
     if (characters.empty())
         return {};
-    MString& seen =
-        texts[(characters.size() * 7 + characters.front() + characters.back() * 3u) % texts.size()];
+    const std::size_t last = characters.back();
+    MString& seen = texts[(characters.size() * 7 + characters.front() + last * 3) % texts.size()];
     const bool isSame = seen.WithCharacters([characters](auto known)
                                             { return std::ranges::equal(known, characters); });
     if (!isSame)

@@ -11,9 +11,9 @@ constexpr std::byte Mark[] = {std::byte{0xFF}, std::byte{0xFE}};
 
 XMLSource::XMLSource(MStream& readStream, const MEncoding::Codec& initialCodec)
     : stream(readStream),
-      codec(&initialCodec)
+      codec(&initialCodec),
+      byteCount(stream.Read(bytes))
 {
-    byteCount = stream.Read(bytes);
     if (byteCount >= std::size(Mark) && bytes[0] == Mark[0] && bytes[1] == Mark[1])
     {
         codec = &MEncoding::GetCodec("utf-16");
