@@ -26,13 +26,13 @@ TemporaryFolder::~TemporaryFolder()
 
 void TemporaryFolder::Write(const std::string& name, std::span<const std::uint8_t> bytes) const
 {
-    std::ofstream stream(path / name, std::ios::binary);
+    std::ofstream stream(*this / name, std::ios::binary);
     std::ranges::copy(bytes, std::ostreambuf_iterator(stream));
 }
 
 std::vector<std::uint8_t> TemporaryFolder::Read(const std::string& name) const
 {
-    std::ifstream stream(path / name, std::ios::binary);
+    std::ifstream stream(*this / name, std::ios::binary);
     return {std::istreambuf_iterator(stream), {}};
 }
 

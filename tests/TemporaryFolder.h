@@ -16,7 +16,11 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& GetPath() const noexcept { return path; }
-    std::filesystem::path operator/(const std::string& name) const { return path / name; }
+    /// Names are UTF-8 here and below.
+    std::filesystem::path operator/(const std::string& name) const
+    {
+        return path / std::u8string(name.begin(), name.end());
+    }
 
     void Write(const std::string& name, std::span<const std::uint8_t> bytes) const;
     std::vector<std::uint8_t> Read(const std::string& name) const;

@@ -1,78 +1,27 @@
-// A program of its own, since it stands in for the C library's allocator.
-
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "effect/TonvaleAudioEffectPlugin.h"
-
-namespace
-{
-
-thread_local bool isCounting = false;
-thread_local int allocations = 0;
-
-[[maybe_unused]] void Count()
-{
-    allocations += isCounting ? 1 : 0;
-}
-
-} // namespace
-
-// The sanitizers stand in for the allocator themselves; operator new ends up here.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// NOLINTBEGIN(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
-// The names are the C library's.
-extern "C"
-{
-    void* __libc_malloc(std::size_t size);
-    void* __libc_realloc(void* block, std::size_t size);
-    void __libc_free(void* block);
-
-    void* malloc(std::size_t size)
-    {
-        Count();
-        return __libc_malloc(size);
-    }
-    void* realloc(void* block, std::size_t size)
-    {
-        Count();
-        return __libc_realloc(block, size);
-    }
-    void free(void* block)
-    {
-        Count();
-        __libc_free(block);
-    }
-}
-// NOLINTEND(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
-constexpr bool CanCount = true;
-#else
-constexpr bool CanCount = false;
-#endif
+#include "tests/CountedAllocations.h"
 
 namespace
 {
 
 using Effect = TonvaleAudioEffectPlugin;
 
-template <typename Work>
-int AllocationsOf(const Work& work)
-{
-    allocations = 0;
-    isCounting = true;
-    work();
-    isCounting = false;
-    return allocations;
-}
-
 TEST(TonvaleAudioEffectPluginAllocations, NoneOnTheAudioThread)
 {
-    if (CanCount)
+    if (CanCountAllocations())
     {
-        EXPECT_GT(AllocationsOf([] { EXPECT_NE(std::make_unique<int>(7), nullptr); }), 0);
+        EXPECT_GT(AllocationsOf(
+                      []
+                      {
+                          int* volatile number = new int(7); // volatile, or it is left out
+                          delete number;
+                      }),
+                  0);
     }
 
     const auto effect = std::make_unique<Effect>();

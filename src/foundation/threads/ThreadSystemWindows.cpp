@@ -94,6 +94,14 @@ class SystemMutex : public MSystemMutex
 {
 public:
     explicit SystemMutex(HANDLE newHandle) noexcept : handle(newHandle) {}
+    ~SystemMutex() override
+    {
+        while (ReleaseMutex(handle.Get())) // as often as this thread still holds it
+        {
+        }
+    }
+    SystemMutex(const SystemMutex&) = delete;
+    SystemMutex& operator=(const SystemMutex&) = delete;
 
     bool Lock(int timeout) noexcept override
     {

@@ -20,10 +20,11 @@ const std::string TooLong = "Source compressed stream is too long. (256)";
 /// By the library itself, in one go.
 Bytes Compress(std::span<const std::byte> plain, int level = 9)
 {
-    uLongf size = compressBound(plain.size());
+    const auto plainSize = static_cast<uLong>(plain.size());
+    uLongf size = compressBound(plainSize);
     Bytes compressed(size);
     compress2(reinterpret_cast<Bytef*>(compressed.data()), &size,
-              reinterpret_cast<const Bytef*>(plain.data()), plain.size(), level);
+              reinterpret_cast<const Bytef*>(plain.data()), plainSize, level);
     compressed.resize(size);
     return compressed;
 }
