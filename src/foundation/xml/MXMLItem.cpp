@@ -203,8 +203,12 @@ void MXMLItem::LoadCompressed(MStream& stream)
 
 void MXMLItem::Save(const MString& fileName, const MString& encoding) const
 {
+    // First into memory: what cannot be written then leaves the old file as it is.
+    MMemoryStream written;
+    Save(written, false, encoding);
+    written.Seek(0, MStream::FromStart);
     MStdFileStream file(fileName, MStdFileStream::Opening::Create);
-    Save(file, false, encoding);
+    file.Write(written.GetData());
     file.Close();
 }
 

@@ -77,8 +77,9 @@ public:
     /// throw "Source compressed stream has invalid content.", or "... is too long." when they
     /// inflate to more than limits::InflatedTreeBytes.
     void LoadCompressed(MStream& stream);
-    /// Writes the readable form to a file. Failures are those of the file, of MEncoding::GetCodec
-    /// and MException (2) "XML entity cannot have empty name.", here and below.
+    /// Writes the readable form to a file, which is created anew once all of it is known. Failures
+    /// are those of the file, of MEncoding::GetCodec and MException (2) "XML entity cannot have
+    /// empty name.", here and below.
     void Save(const MString& fileName, const MString& encoding) const;
     void Save(MStream& stream, bool isCompact, const MString& encoding) const;
     /// Deflates the compact form.

@@ -209,6 +209,12 @@ TEST(MXMLItem, GoesToAFileAndComesBack)
     MStdFileStream file(name, MStdFileStream::Opening::Existing);
     loaded.Load(file);
     EXPECT_EQ(Outline(loaded), "settings a=[0.250000000000]");
+
+    const auto before = folder.Read("settings.xml");
+    EXPECT_NE(FailureOf([&] { item.Save(name, "runes"); }), "");
+    item.AddSubItem("");
+    EXPECT_EQ(FailureOf([&] { item.Save(name, "utf-8"); }), "XML entity cannot have empty name.");
+    EXPECT_EQ(folder.Read("settings.xml"), before) << "the old file stays";
     EXPECT_NE(FailureOf([&] { item.Save("", "utf-8"); }), "");
 }
 
