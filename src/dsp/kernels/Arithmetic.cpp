@@ -177,12 +177,14 @@ DEFINE_KERNEL(void, SumDifference, (float* m, float* s, int n), (m, s, n))
 
 void Zero(float* dst, int n) noexcept
 {
+    TRACE_NULL_POINTERS(Zero, (dst));
     if (dst != nullptr && n > 0)
         std::memset(dst, 0, static_cast<std::size_t>(n) * sizeof(float));
 }
 
 void Copy(float* dst, const float* src, int n) noexcept
 {
+    TRACE_NULL_POINTERS(Copy, (dst, src));
     if (dst != nullptr && src != nullptr && n > 0)
         std::memmove(dst, src, static_cast<std::size_t>(n) * sizeof(float));
 }

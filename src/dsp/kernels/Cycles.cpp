@@ -229,6 +229,7 @@ DEFINE_KERNEL(void, Lookup,
 // No vectors here: every position waits for the one before.
 void Resample(float* dst, int n, const float* src, int k) noexcept
 {
+    TRACE_NULL_POINTERS(Resample, (dst, src));
     if (dst == nullptr || src == nullptr || k <= 0)
         return;
     if (k == n)

@@ -4,6 +4,8 @@
 
 #include <hwy/highway.h>
 
+#include "dsp/kernels/NullPointerTrace.h"
+
 namespace kernels
 {
 
@@ -29,5 +31,6 @@ Version ChooseVersion(const Version (&versions)[Count]) noexcept
     HWY_EXPORT(name);                                                                              \
     result name parameters noexcept                                                                \
     {                                                                                              \
+        TRACE_NULL_POINTERS(name, arguments);                                                      \
         return ChooseVersion(HWY_DISPATCH_TABLE(name)) arguments;                                  \
     }

@@ -100,11 +100,13 @@ HWY_EXPORT(PolynomialDouble);
 
 void Polynomial(float* dst, const double* c, int order, double x, double dx, int n) noexcept
 {
+    TRACE_NULL_POINTERS(Polynomial, (dst, c));
     ChooseVersion(HWY_DISPATCH_TABLE(PolynomialFloat))(dst, c, order, x, dx, n);
 }
 
 void Polynomial(double* dst, const double* c, int order, double x, double dx, int n) noexcept
 {
+    TRACE_NULL_POINTERS(Polynomial, (dst, c));
     ChooseVersion(HWY_DISPATCH_TABLE(PolynomialDouble))(dst, c, order, x, dx, n);
 }
 

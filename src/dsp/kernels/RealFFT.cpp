@@ -7,6 +7,7 @@
 #include <kiss_fftr.h>
 
 #include "dsp/kernels/Arithmetic.h"
+#include "dsp/kernels/NullPointerTrace.h"
 #include "foundation/threads/MException.h"
 
 namespace kernels
@@ -61,12 +62,14 @@ RealFFT& RealFFT::operator=(RealFFT&&) noexcept = default;
 
 void RealFFT::Forward(const float* time, Complex* spectrum) noexcept
 {
+    TRACE_NULL_POINTERS(RealFFT::Forward, (time, spectrum));
     if (time != nullptr && spectrum != nullptr)
         kiss_fftr(plans->forward.get(), time, reinterpret_cast<kiss_fft_cpx*>(spectrum));
 }
 
 void RealFFT::Inverse(const Complex* spectrum, float* time) noexcept
 {
+    TRACE_NULL_POINTERS(RealFFT::Inverse, (spectrum, time));
     if (spectrum == nullptr || time == nullptr)
         return;
     kiss_fftri(plans->inverse.get(), reinterpret_cast<const kiss_fft_cpx*>(spectrum), time);

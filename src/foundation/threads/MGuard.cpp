@@ -14,13 +14,16 @@ MTraceFunction SetTraceFunction(MTraceFunction function) noexcept
     return trace.exchange(function);
 }
 
+void Trace(const char* message) noexcept
+{
+    if (const MTraceFunction function = trace.load())
+        function(message);
+}
+
 void TraceSystemException(const char* routine) noexcept
 {
-    const MTraceFunction function = trace.load();
-    if (function == nullptr)
-        return;
     // No MString here: what failed may have been the memory.
     std::array<char, 256> message{};
     std::snprintf(message.data(), message.size(), "SYSTEM EXCEPTION! %s", routine);
-    function(message.data());
+    Trace(message.data());
 }

@@ -4,11 +4,14 @@
 
 #include "foundation/threads/MException.h"
 
-/// Takes the report of a failure that is no MException. Does nothing in a release; a debugging
+/// Takes the reports of what went wrong and may not show: failures that are no MException, and in
+/// debug builds calls that make no sense. Does nothing in a release; a debugging
 /// session or a test may look on. Any thread.
 using MTraceFunction = void (*)(const char* message);
 /// Installs @p function, or none for null; returns the one before.
 MTraceFunction SetTraceFunction(MTraceFunction function) noexcept;
+/// Hands @p message (not null) to the trace function, if there is one.
+void Trace(const char* message) noexcept;
 /// Reports "SYSTEM EXCEPTION! {0}" with the qualified name of @p routine (not null).
 void TraceSystemException(const char* routine) noexcept;
 

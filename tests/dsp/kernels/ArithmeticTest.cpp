@@ -1,10 +1,12 @@
 #include "dsp/kernels/Arithmetic.h"
 
 #include "dsp/kernels/Reference.h"
+#include "foundation/threads/MGuard.h"
 #include "tests/dsp/kernels/KernelTest.h"
 
 #include <array>
 #include <limits>
+#include <string>
 #include <utility>
 
 namespace
@@ -242,6 +244,21 @@ TEST(ArithmeticReference, FollowsTheFormulas)
     expect({5.0f, 10.0f, 20.0f});
     reference::AddConstant(dst.data(), -12.0f, 3);
     expect({-7.0f, -2.0f, 8.0f});
+}
+
+TEST(NullPointerTrace, TellsOfNullPointersInDebugBuilds)
+{
+    static std::string traced;
+    const MTraceFunction before = SetTraceFunction([](const char* message) { traced += message; });
+    std::array<float, 4> block{};
+    Add(block.data(), nullptr, 4);
+    Zero(block.data(), 4);
+    SetTraceFunction(before);
+#ifdef NDEBUG
+    EXPECT_EQ(traced, "");
+#else
+    EXPECT_EQ(traced, "kernels::Add: null pointer");
+#endif
 }
 
 } // namespace
