@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "curves/MEnvelope.h"
 #include "effect/PresetShapeTables.h"
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MLock.h"
@@ -49,9 +50,12 @@ public:
     double Shape = 5.0;         ///< 0.0 to 15.0 in the preset shapes; between two they cross-fade
     double CycleLength = 1.0;
     std::int32_t CycleCount = 1;
+    MEnvelope Envelope{0.0, 1.0, -1.0, 1.0};    ///< the free curve
+    double EnvelopeDepth = 0.0;                 ///< share of the free curve, 0.0 to 1.0
     std::array<float, MaxStepCount> StepValues; ///< -1.0 to 1.0
     std::int32_t StepItemCount = 8;             ///< steps in use, 1 to MaxStepCount
     double StepDepth = 0.0;                     ///< share of the step pattern, 0.0 to 1.0
+    double Smoothness = 0.0;                    ///< 0.0 to 1.0
 
 private:
     using Cycle = std::array<float, TableLength>;

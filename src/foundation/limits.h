@@ -27,4 +27,7 @@ constexpr std::size_t XMLTextCharacters = 64UL << 20U; ///< of an attribute valu
 /// Of the attachment of a resource pack; the tree before it may be as long as the source.
 constexpr std::int64_t AttachmentBytes = std::int64_t{512} << 20;
 
+/// "Invalid file contents. Too many points in a curve."
+constexpr int CurvePoints = 65'536;
+
 } // namespace limits

@@ -1,0 +1,1 @@
+// What curves cost to compile and to read.

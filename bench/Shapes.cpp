@@ -1,0 +1,1 @@
+// What a rebuild of the shape costs.

@@ -1,0 +1,1 @@
+// What smoothing a cycle costs.

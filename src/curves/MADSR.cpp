@@ -1,0 +1,3 @@
+#include "curves/MADSR.h"
+
+MADSR::MADSR(MLock* processingLock) : lock(processingLock) {}

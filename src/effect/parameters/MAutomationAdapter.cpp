@@ -1,0 +1,1 @@
+#include "effect/parameters/MAutomationAdapter.h"

@@ -1,0 +1,3 @@
+#include "curves/MADSR.h"
+
+#include <gtest/gtest.h>

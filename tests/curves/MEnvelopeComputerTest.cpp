@@ -1,0 +1,3 @@
+#include "curves/MEnvelopeComputer.h"
+
+#include <gtest/gtest.h>

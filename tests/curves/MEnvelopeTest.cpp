@@ -1,0 +1,3 @@
+#include "curves/MEnvelope.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "curves/StepPattern.h"
+
+#include <gtest/gtest.h>

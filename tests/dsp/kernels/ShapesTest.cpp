@@ -1,0 +1,3 @@
+#include "dsp/kernels/Shapes.h"
+
+#include <gtest/gtest.h>

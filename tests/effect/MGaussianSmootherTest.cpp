@@ -1,0 +1,3 @@
+#include "effect/MGaussianSmoother.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "effect/parameters/MAutomationAdapter.h"
+
+#include <gtest/gtest.h>
