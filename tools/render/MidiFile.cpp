@@ -1,9 +1,7 @@
 #include "tools/render/MidiFile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 
@@ -12,6 +10,7 @@
 #include "tools/render/Failure.h"
 #include "tools/render/MidiScore.h"
 #include "tools/render/PlainMidiFile.h"
+#include "tools/render/ReadFile.h"
 
 namespace
 {
@@ -69,32 +68,13 @@ struct SmfDeleter
     }
 };
 
-std::vector<std::uint8_t> ReadFile(const std::filesystem::path& path)
-{
-    if (std::filesystem::is_directory(path))
-        throw Failure("it is a folder");
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream)
-        throw Failure(SystemReason(errno));
-    std::vector<std::uint8_t> bytes;
-    std::array<char, 1 << 16> piece{};
-    while (bytes.size() <= MidiScore::MaxBytes && stream.good())
-    {
-        stream.read(piece.data(), piece.size());
-        bytes.insert(bytes.end(), piece.begin(), piece.begin() + stream.gcount());
-    }
-    if (stream.bad())
-        throw Failure("it cannot be read");
-    return bytes;
-}
-
 } // namespace
 
 MidiFile MidiFile::Load(const std::filesystem::path& path)
 {
     try
     {
-        return MidiFile(ReadFile(path));
+        return MidiFile(ReadFile(path, MidiScore::MaxBytes));
     }
     catch (const MException& failure)
     {

@@ -4,13 +4,14 @@
 #include <filesystem>
 #include <memory>
 #include <span>
-#include <string>
 #include <vector>
 
 #include <sndfile.h>
 
-/// Writes a WAV file of 32-bit floats. It grows under a temporary name in the same folder, so until
-/// Commit, and after any failure, a file that was there before stays as it was.
+#include "tools/render/PartFile.h"
+
+/// Writes a WAV file of 32-bit floats. Until Commit, and after any failure, a file that was there
+/// before stays as it was.
 class WavWriter
 {
 public:
@@ -19,10 +20,6 @@ public:
 
     /// @throws MException naming @p path, if it cannot be written there.
     WavWriter(const std::filesystem::path& path, int channels, int rate);
-    /// Removes what was written, unless it was committed.
-    ~WavWriter();
-    WavWriter(const WavWriter&) = delete;
-    WavWriter& operator=(const WavWriter&) = delete;
 
     /// Appends @p frames samples of each block, one block per channel.
     /// @throws MException if they, or earlier ones, cannot be written.
@@ -37,13 +34,9 @@ private:
     };
 
     void Flush();
-    void RemoveTemporary() const noexcept;
-    [[noreturn]] void Fail(const std::string& reason) const;
 
-    std::filesystem::path target;
-    std::filesystem::path temporary;
+    PartFile part; ///< outlives the open file
     SF_INFO info{};
     std::unique_ptr<SNDFILE, Closer> file;
-    bool isCommitted = false;
     std::vector<float> pending; ///< interleaved
 };
