@@ -32,28 +32,34 @@ public:
 
     /// Makes the curve from the fields and compiles it. Allocates only if it grows.
     void Rebuild();
-    /// In Hz; rebuilds.
+    /// In Hz, 0 for what is no rate; rebuilds.
     void SetSampleRate(double newSampleRate);
 
     /// Returns the level at the cursor, then moves it by @p step samples, or, at the sustain,
     /// counts one step of the countdown.
     double Advance(MADSRState& state, double step);
-    /// A note that has ended starts at @p startX; one that sounds attacks from its level.
+    /// A note that has ended starts at @p startX, one before its decay goes on, and any other
+    /// enters the attack again at its level. That place is exact for attacks without a shape, and
+    /// searched for with smoothing or drawn curves; with a shape alone the attack is taken for a
+    /// line.
     void NoteOn(MADSRState& state, double startX);
     /// Lets the note leave the sustain, @p delaySamples steps from now.
     void NoteOff(MADSRState& state, double delaySamples) const noexcept;
 
+    /// Writes what the present form uses to @p item, in place of all that it held.
     void Store(MXMLItem& item) const;
-    /// What is missing keeps its value; times are clamped. Ends in a rebuild.
+    /// What is missing keeps its value, but for CustomShape; all is clamped to its range. Ends in a
+    /// rebuild, and holds the lock until then.
+    /// @throws MException (256) as CheckSettingsTree does, with the old envelope whole
     void Load(MXMLItem& item);
 
-    double Delay = 0.0;   ///< seconds before the attack
-    double Attack = 0.01; ///< seconds from 0 to 1
-    double Hold = 0.0;    ///< seconds at 1
-    double Decay = 0.1;   ///< seconds from 1 to Sustain
-    double Release = 0.1; ///< seconds from Sustain to 0
-    double Sustain = 0.5; ///< level, 0.0 to 1.0
-    double Smoothing = 0.0;
+    double Delay = 0.0;       ///< seconds before the attack
+    double Attack = 0.01;     ///< seconds from 0 to 1
+    double Hold = 0.0;        ///< seconds at 1
+    double Decay = 0.1;       ///< seconds from 1 to Sustain
+    double Release = 0.1;     ///< seconds from Sustain to 0
+    double Sustain = 0.5;     ///< level, 0.0 to 1.0
+    double Smoothing = 0.0;   ///< of the joints of the stages, 0.0 to 1.0
     double AttackShape = 0.0; ///< curvatures, -1.0 to 1.0
     double DecayShape = 0.0;
     double ReleaseShape = 0.0;
@@ -72,5 +78,10 @@ public:
     MEnvelope EnvelopeRelease;  ///< x 0.0 to 1.0 is the release
 
 private:
-    [[maybe_unused]] MLock* lock;
+    void MakeStages();
+    void JoinDrawnCurves();
+    double ReadLevel(double x);
+    double FindInAttack(double level);
+
+    MLock* lock; ///< null for none
 };

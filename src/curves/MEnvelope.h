@@ -13,6 +13,8 @@ class MXMLItem;
 class MEnvelope
 {
 public:
+    static constexpr double LeastGap = 1e-10; ///< between the places of sanitised points
+
     MEnvelope() = default;
     /// An empty curve within a box.
     MEnvelope(double minX, double maxX, double minY, double maxY) noexcept
@@ -37,18 +39,19 @@ public:
     MEnvelopePoint Remove(std::size_t index);
     void Clear() noexcept { points.clear(); }
 
-    /// Index of the last point at or left of @p x, -1 if there is none.
+    /// Index of the last point at or left of @p x, -1 if there is none. Looks at all points.
     int FindSegment(double x) const noexcept;
 
-    /// Brings all points into the box and into strictly rising order; what fits nowhere is removed.
-    /// A curve that ends short of MaxX gets its end point back.
+    /// Brings all points into the box, and each but the fixed and exempt ones strictly to the right
+    /// of the one before it: by LeastGap, and where that leaves the box, the point is removed.
+    /// What is not finite counts as 0. A curve that then ends short of MaxX gets a fixed end point
+    /// with the y of the last, which leaves its values as they are; an empty one stays empty.
     void Sanitise();
 
-    /// Writes points and editor switches to @p item, in place of those that are there.
+    /// Writes points and editor switches to @p item, in place of all that it held.
     void Store(MXMLItem& item) const;
     /// Replaces points and switches, and sanitises. The box stays.
-    /// @throws MException (256) "Invalid file contents. Too many points in a curve.", with the old
-    /// curve whole
+    /// @throws MException (256) as CheckSettingsTree does, with the old curve whole
     void Load(MXMLItem& item);
 
     double MinX = 0.0;
@@ -60,5 +63,8 @@ public:
     bool SnapToGridY = false;
 
 private:
+    void LimitToBox() noexcept;
+    void SpreadPoints();
+
     std::vector<MEnvelopePoint> points; ///< in the order of X
 };

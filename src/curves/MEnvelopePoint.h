@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+class MString;
+class MXMLItem;
+
 /// A control point of a curve, which also says how the segment that begins at it bends.
 struct MEnvelopePoint
 {
@@ -44,8 +47,15 @@ struct MEnvelopePoint
 
     /// @p type is one of the enumerators.
     static const TypeInfo& GetTypeInfo(ControlType type) noexcept;
+    /// Mode1 for a name that no type has.
+    static ControlType FindType(const MString& name) noexcept;
     /// "Mode 1" or "Mode 2".
     static const char* GetSmoothingName(std::int32_t smoothingType) noexcept;
+
+    /// Under an item that holds nothing yet. What has its default of zero is left out.
+    void Store(MXMLItem& item) const;
+    /// Replaces all fields. X and Y are any numbers, the others within their ranges.
+    void Load(MXMLItem& item);
 
     bool Has(FlagBits flag) const noexcept { return (Flags & flag) != 0; }
 

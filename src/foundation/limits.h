@@ -30,4 +30,8 @@ constexpr std::int64_t AttachmentBytes = std::int64_t{512} << 20;
 /// "Invalid file contents. Too many points in a curve."
 constexpr int CurvePoints = 65'536;
 
+/// Parameters that one modulator or multiparameter drives. "Invalid file contents. Too many
+/// targets."
+constexpr int Targets = 4096;
+
 } // namespace limits
