@@ -5,6 +5,9 @@
 #include <span>
 
 #include "curves/MEnvelope.h"
+#include "curves/MEnvelopeComputer.h"
+#include "effect/MGaussianSmoother.h"
+#include "effect/MSignalGeneratorOperations.h"
 #include "effect/PresetShapeTables.h"
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MLock.h"
@@ -12,8 +15,9 @@
 class MXMLItem;
 
 /// A periodic signal: one cycle as a table, read with linear interpolation.
-/// All thought lies in building the table, so that reading is trivial: sources (preset shapes that
-/// cross-fade, a step pattern) are mixed and normalised to a peak of 1.
+/// All thought lies in building the table, so that reading is trivial: three sources (preset shapes
+/// that cross-fade, a free curve, a step pattern) are mixed, reshaped, smoothed and normalised to a
+/// peak of 1, before a last curve maps their amplitudes.
 ///
 /// The fields are the sound; whoever writes one calls Rebuild, nothing rebuilds lazily. Rebuild
 /// overwrites the table in place, so audio code that reads it and every rebuild share a lock one
@@ -34,12 +38,15 @@ public:
     /// The cycle, followed by its first sample, so that interpolation needs no wrap.
     std::span<const float, TableLength + 1> GetTable() const noexcept { return Table; }
 
-    /// Makes the table from the fields. Limits Shape to its range. Does not allocate.
+    /// Makes the table from the fields, all finite whatever they are. Limits Shape to its range.
+    /// Allocates only for curves that have grown.
+    /// @throws MException "Invalid control point type.", which no loaded curve has
     void Rebuild();
 
-    /// Under its owner's item.
+    /// Writes to the item that its owner named, over what stood there.
     void Store(MXMLItem& item) const;
-    /// What is missing keeps its value. Ends in a rebuild.
+    /// Missing operations and the depth of the curve become 0, all else that is missing keeps its
+    /// value. Ends in a rebuild. Throws what MEnvelope::Load throws, with all fields as they were.
     void Load(MXMLItem& item);
 
     static MString GetShapeName(int index) noexcept { return PresetShapeTables::GetName(index); }
@@ -56,21 +63,30 @@ public:
     std::int32_t StepItemCount = 8;             ///< steps in use, 1 to MaxStepCount
     double StepDepth = 0.0;                     ///< share of the step pattern, 0.0 to 1.0
     double Smoothness = 0.0;                    ///< 0.0 to 1.0
+    MGaussianSmoother SmoothingFilter;          ///< follows Smoothness
+    MSignalGeneratorOperations Operations;
 
 private:
     using Cycle = std::array<float, TableLength>;
 
     int SplitShape() noexcept;
-    void RenderPresets() noexcept;
-    void RenderSteps(Cycle& cycle) const noexcept;
-    void RenderSources() noexcept;
+    int CountSteps() const noexcept;
+    void RenderPresets(int index) noexcept;
+    void RenderCurve(float* cycle);
+    void RenderSteps(float* cycle) const noexcept;
+    void RenderSources();
+    void Smooth() noexcept;
     void Normalise() noexcept;
+    void StoreSteps(MXMLItem& steps) const;
+    void LoadSteps(MXMLItem& steps);
 
     const PresetShapeTables& presets;
+    MEnvelopeComputer curveComputer; ///< of Envelope
     std::array<float, TableLength + 1> Table{};
-    Cycle RenderBuffer{};  ///< the shape on its way
-    Cycle ScratchBuffer{}; ///< a second source
-    MLock RebuildLock;     ///< keeps two rebuilds apart
+    Cycle RenderBuffer{};                              ///< the shape on its way
+    std::array<float, TableLength + 1> SourceBuffer{}; ///< what a stage reads while it renders
+    Cycle ScratchBuffer{};                             ///< the steps, then what a stage needs
+    MLock RebuildLock;                                 ///< keeps two rebuilds apart
 };
 
 inline float MSignalGenerator::Get(double phase) const noexcept
