@@ -109,7 +109,8 @@ void MEnvelope::SpreadPoints()
         const bool stays = point.Has(MEnvelopePoint::Fixed) || point.Has(MEnvelopePoint::Exempt);
         if (kept != points.begin() && !stays && point.X <= std::prev(kept)->X)
             point.X = RightOf(std::prev(kept)->X);
-        // No place is left then: those before the next point lie left of the one before, too.
+        // Beyond it there is no other place: to the left of the next point, which lies in the box
+        // too, it would come before the one before.
         if (point.X <= MaxX)
             *kept++ = point;
     }

@@ -45,7 +45,7 @@ public:
     /// Brings all points into the box, and each but the fixed and exempt ones strictly to the right
     /// of the one before it: by LeastGap, and where that leaves the box, the point is removed.
     /// What is not finite counts as 0. A curve that then ends short of MaxX gets a fixed end point
-    /// with the y of the last, which leaves its values as they are; an empty one stays empty.
+    /// with the y of the last; an empty one stays empty.
     void Sanitise();
 
     /// Writes points and editor switches to @p item, in place of all that it held.
