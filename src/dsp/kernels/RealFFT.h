@@ -1,14 +1,15 @@
 #pragma once
 
-#include <memory>
+#include <vector>
 
 #include "dsp/kernels/Spectra.h"
 
 namespace kernels
 {
 
-/// Fourier transform of blocks of real samples. It owns all that a transform needs, so only its
-/// construction allocates; one thread at a time may use it.
+/// Fourier transform of blocks of real samples. Only its construction allocates; one thread at a
+/// time may use it. It owns a block to work in, size * 4 bytes. Tables, another size * 10 bytes or
+/// so, belong to all objects of its size: the first makes them, and they stay for the process.
 class RealFFT
 {
 public:
@@ -18,10 +19,9 @@ public:
     /// For blocks of @p transformSize samples, a power of two from MinSize to MaxSize.
     /// @throws MException "Invalid transform size." (2) for any other
     explicit RealFFT(int transformSize);
-    ~RealFFT();
 
-    RealFFT(RealFFT&&) noexcept;
-    RealFFT& operator=(RealFFT&&) noexcept;
+    RealFFT(RealFFT&&) noexcept = default;
+    RealFFT& operator=(RealFFT&&) noexcept = default;
 
     /// spectrum[k] = sum of time[i] * exp(-2 * pi * j * i * k / size), for k from 0 to size / 2.
     /// @p time has size samples, @p spectrum size / 2 + 1 numbers; the two must not overlap. A null
@@ -35,10 +35,11 @@ public:
     int GetSize() const noexcept { return size; }
 
 private:
-    struct Plans;
+    struct Plan;
 
     int size;
-    std::unique_ptr<Plans> plans; ///< never null, but in what was moved from
+    const Plan* plan;             ///< of all objects of this size
+    std::vector<Complex> scratch; ///< size / 2; empty in what was moved from
 };
 
 } // namespace kernels

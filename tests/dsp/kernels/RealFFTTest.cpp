@@ -12,6 +12,11 @@ namespace
 
 using namespace kernels;
 
+class RealFFTs : public KernelTest
+{
+};
+INSTANTIATE_KERNEL_TEST(RealFFTs);
+
 constexpr double TwoPi = 2.0 * std::numbers::pi;
 
 std::vector<Complex> Forward(RealFFT& fft, const std::vector<float>& time)
@@ -39,7 +44,7 @@ double WorstDifference(const std::vector<Complex>& spectrum, Expected expected)
     return worst / std::sqrt(2.0 * static_cast<double>(spectrum.size() - 1));
 }
 
-TEST(RealFFT, IsTheSumOfItsDefinition)
+TEST_P(RealFFTs, AreTheSumOfTheirDefinition)
 {
     for (const int size : {16, 32, 64, 256, 1024})
     {
@@ -56,7 +61,7 @@ TEST(RealFFT, IsTheSumOfItsDefinition)
     }
 }
 
-TEST(RealFFT, KeepsEnergyAndComesBackAtAllSizes)
+TEST_P(RealFFTs, KeepEnergyAndComeBackAtAllSizes)
 {
     for (int size = RealFFT::MinSize; size <= RealFFT::MaxSize; size *= 2)
     {
@@ -83,7 +88,7 @@ TEST(RealFFT, KeepsEnergyAndComesBackAtAllSizes)
     }
 }
 
-TEST(RealFFT, TurnsADelayIntoAPhase)
+TEST_P(RealFFTs, TurnADelayIntoAPhase)
 {
     for (int size = RealFFT::MinSize; size <= RealFFT::MaxSize; size *= 8)
         for (const int delay : {0, 1, size / 4, size - 3})
@@ -97,7 +102,7 @@ TEST(RealFFT, TurnsADelayIntoAPhase)
         }
 }
 
-TEST(RealFFT, WritesWhatItSaysAndNothingElse)
+TEST_P(RealFFTs, WriteWhatTheySayAndNothingElse)
 {
     constexpr int Size = 64;
     RealFFT fft(Size);
@@ -122,6 +127,30 @@ TEST(RealFFT, WritesWhatItSaysAndNothingElse)
     fft.Inverse(numbers, nullptr);
     EXPECT_EQ(std::vector<float>(time.Data(), time.Data() + Size), before);
     EXPECT_EQ(numbers[0].imag(), 5.0f);
+}
+
+TEST(RealFFT, HasTheSameBitsOnAllProcessors)
+{
+    for (const int size : {16, 32, 1024, 2048})
+    {
+        RealFFT fft(size);
+        std::vector<Complex> expected;
+        std::vector<float> expectedTime;
+        for (const std::int64_t target : hwy::SupportedAndGeneratedTargets())
+        {
+            hwy::SetSupportedTargetsForTest(target);
+            const std::vector<Complex> spectrum = Forward(fft, Noise(size, 1));
+            const std::vector<float> time = Inverse(fft, spectrum);
+            hwy::SetSupportedTargetsForTest(0);
+            if (expected.empty())
+            {
+                expected = spectrum;
+                expectedTime = time;
+            }
+            EXPECT_EQ(spectrum, expected) << hwy::TargetName(target) << ", size " << size;
+            EXPECT_EQ(time, expectedTime) << hwy::TargetName(target) << ", size " << size;
+        }
+    }
 }
 
 TEST(RealFFT, WorksOnAfterAMove)
