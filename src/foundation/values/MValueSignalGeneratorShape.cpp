@@ -25,6 +25,12 @@ MValueContent MValueSignalGeneratorShape::GetContentFrom01(double position) cons
     return {.text = TextOf(position * (valuetexts::ShapeCount - 1))};
 }
 
+bool MValueSignalGeneratorShape::ParseDisplayText(const MString& text)
+{
+    double position = 0.0;
+    return valuetexts::ParseShape(text, installedNames, position) && Set(position);
+}
+
 void MValueSignalGeneratorShape::InstallNames(valuetexts::ShapeNames newNames) noexcept
 {
     installedNames = newNames != nullptr ? newNames : &NumberOf;

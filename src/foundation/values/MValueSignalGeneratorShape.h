@@ -3,8 +3,8 @@
 #include "foundation/values/MValueNumber.h"
 #include "foundation/values/ValueTexts.h"
 
-/// A position among the shapes of the signal generator, 0 to 15, shown by their names and read as a
-/// number. The shapes belong to the effect, which therefore says what they are called.
+/// A position among the shapes of the signal generator, 0 to 15, shown by their names and read as
+/// names or a number. The shapes belong to the effect, which therefore says what they are called.
 class MValueSignalGeneratorShape : public MValueDouble
 {
 public:
@@ -12,6 +12,7 @@ public:
                                         double highest = valuetexts::ShapeCount - 1);
 
     MValueContent GetContentFrom01(double position) const override;
+    bool ParseDisplayText(const MString& text) override;
 
     /// For all values of the process, before the first is shown; until then shapes go by their
     /// numbers. Null is as before.

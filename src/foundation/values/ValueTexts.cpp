@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include "foundation/strings/MStringFormatter.h"
 #include "foundation/values/Rounding.h"
@@ -35,6 +36,52 @@ MString GainBy(double gain, const char* fineFormat, const char* coarseFormat)
         .Add(decibels)
         .Result();
 }
+
+MString Trimmed(const MString& text)
+{
+    const auto isBlank = [&text](int index) { return text.CharAt(index) <= u' '; };
+    int start = 0;
+    int end = text.Length();
+    while (start < end && isBlank(start))
+        ++start;
+    while (end > start && isBlank(end - 1))
+        --end;
+    return text.Mid(start, end - start);
+}
+
+/// A number with nothing behind it.
+bool ReadPlainNumber(const MString& text, double& number)
+{
+    constexpr std::u16string_view Allowed = u"0123456789+-.eE \t";
+    for (int i = 0; i < text.Length(); ++i)
+        if (Allowed.find(text.CharAt(i)) == std::u16string_view::npos)
+            return false;
+    return text.ReadDouble(number);
+}
+
+/// -1 if there is none.
+int FindShape(const MString& name, valuetexts::ShapeNames names)
+{
+    for (int index = 0; index < valuetexts::ShapeCount; ++index)
+        if (name == names(index))
+            return index;
+    return -1;
+}
+
+/// "30% Sine".
+struct ShapeShare
+{
+    double percents = -1.0;
+    int index = -1;
+
+    bool Parse(const MString& text, valuetexts::ShapeNames names)
+    {
+        const int sign = text.Find(u'%');
+        index = FindShape(Trimmed(text.Mid(sign + 1, text.Length())), names);
+        return sign > 0 && index >= 0 && ReadPlainNumber(text.Mid(0, sign), percents) &&
+               percents >= 0.0;
+    }
+};
 
 } // namespace
 
@@ -132,6 +179,29 @@ MString Shape(double position, ShapeNames names)
         .Add(percents)
         .Add(names(place.index + 1))
         .Result();
+}
+
+bool ParseShape(const MString& text, ShapeNames names, double& position)
+{
+    if (const int index = FindShape(Trimmed(text), names); index >= 0)
+    {
+        position = index;
+        return true;
+    }
+    const int comma = text.Find(u',');
+    if (comma < 0)
+        return ReadPlainNumber(text, position);
+
+    ShapeShare first;
+    ShapeShare second;
+    if (!first.Parse(text.Mid(0, comma), names) ||
+        !second.Parse(text.Mid(comma + 1, text.Length()), names))
+        return false;
+    const double sum = first.percents + second.percents;
+    if (std::abs(first.index - second.index) != 1 || std::abs(sum - 100.0) > 1.0)
+        return false;
+    position = (first.index * first.percents + second.index * second.percents) / sum;
+    return true;
 }
 
 MString Clock(std::int64_t seconds)

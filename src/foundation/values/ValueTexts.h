@@ -46,6 +46,10 @@ ShapePosition SplitShapePosition(double position) noexcept;
 using ShapeNames = MString (*)(int index);
 /// "Sine", or what two neighbours hold in percents: "75% Sine, 25% Triangle".
 MString Shape(double position, ShapeNames names);
+/// Reads it back: a name, two neighbours in either order whose percents make up 100 (give or take
+/// one, by rounding), or the number of the position, which is not limited. Anything else is false
+/// and leaves @p position.
+bool ParseShape(const MString& text, ShapeNames names, double& position);
 
 /// A count of seconds as hours, minutes and seconds: "1:02:03". Negative counts are 0.
 MString Clock(std::int64_t seconds);

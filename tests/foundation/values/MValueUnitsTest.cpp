@@ -200,6 +200,9 @@ TEST(MValueSignalGeneratorShape, ShowsTheInstalledNames)
         [](int index) { return MString::FromCharacter(static_cast<char16_t>(u'A' + index)); });
     EXPECT_EQ(value.GetText().ToUTF8(), "75% F, 25% G");
     EXPECT_EQ(value.GetContentFrom01(0.5).text.ToUTF8(), "50% H, 50% I");
+    EXPECT_TRUE(value.SetText("50% O, 50% P"));
+    EXPECT_EQ(value.Get(), 14.5);
+    EXPECT_FALSE(value.SetText("Q"));
     MValueSignalGeneratorShape::InstallNames(nullptr);
     EXPECT_EQ(value.GetContentFrom01(1.0).text.ToUTF8(), "15");
 }

@@ -97,6 +97,39 @@ TEST(ValueTexts, ShapesByTheNamesOfTheNeighbours)
         EXPECT_EQ(valuetexts::Shape(row.value, letters).ToUTF8(), row.expected) << row.value;
 }
 
+TEST(ValueTexts, ShapesAreReadBack)
+{
+    const valuetexts::ShapeNames names = [](int index)
+    { return index == 5 ? MString("Sine 4-root") : MString::FromInteger(index, 10, 2, u'S'); };
+    constexpr Case Cases[] = {
+        {5.0, "Sine 4-root"},
+        {5.0, " sine 4-ROOT\t"},
+        {15.0, "15"},
+        {5.25, "75% Sine 4-root, 25% S6"},
+        {5.25, "25% s6,75%sine 4-root"},
+        {4.0 + 33.5 / 101.0, "67.5% S4, 33.5% Sine 4-root"}, // rounded up, both
+        {3.0, "0% S2, 100% S3"},
+        {14.5, "14.5"},
+        {-2.0, " -2 "},
+        {99.0, "99"},
+    };
+    for (const Case& row : Cases)
+    {
+        double position = -1.0;
+        EXPECT_TRUE(valuetexts::ParseShape(row.expected, names, position)) << row.expected;
+        EXPECT_DOUBLE_EQ(position, row.value) << row.expected;
+    }
+    for (const char* const refused :
+         {"", " ", "Triangle", "30% S4", "S4, S5", "30% S4, 70% S6", "50% S4, 50% S4",
+          "30% S3, 68% S4", "130% S3, -30% S4", "5 S4", "nan", ",", "30% S3, 30% S4, 40% S4",
+          "x30% S3, 70% S4"})
+    {
+        double position = 7.0;
+        EXPECT_FALSE(valuetexts::ParseShape(refused, names, position)) << refused;
+        EXPECT_EQ(position, 7.0) << refused;
+    }
+}
+
 TEST(ValueTexts, ClockAndVersion)
 {
     EXPECT_EQ(valuetexts::Clock(3723).ToUTF8(), "1:02:03");
