@@ -5,6 +5,8 @@
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MEventTarget.h"
 
+class MParameterOwner;
+
 /// How a host should treat a parameter.
 enum class MAutomationType : std::int32_t
 {
@@ -18,8 +20,9 @@ enum class MAutomationType : std::int32_t
 /// 0.0 to 1.0 with names and texts. It holds no value itself.
 ///
 /// Each operation takes an index within the row; an index outside gives 0.0 or an empty text, and
-/// writes nothing. Values are not limited here: whoever takes them from outside does that. Any
-/// thread may call all of them; those that need a lock take it.
+/// writes nothing. Values are not limited here: whoever takes them from outside does that; but what
+/// is not a number is never written. Any thread may call all of them; those that need a lock take
+/// it.
 class MAutomationAdapter : public MEventTarget
 {
 public:
@@ -41,7 +44,7 @@ public:
     /// What the value would show at @p value01.
     virtual MString GetParameterValueNameFrom01(int index, double value01) const;
     /// Where the value lies that shows as @p text, also outside 0.0 to 1.0; the present one if the
-    /// text is blank or cannot be read.
+    /// text is blank or cannot be read. SetParameter takes it to that value.
     virtual double ParseParameterValueName(int index, const MString& text) const;
     virtual MString GetParameterUnitsName(int index) const;
     virtual bool IsModulatable(int index) const;
@@ -62,10 +65,20 @@ public:
     int GetFirstIndex() const noexcept { return firstIndex; }
     void SetFirstIndex(int newFirstIndex) noexcept { firstIndex = newFirstIndex; }
 
+    /// Who drives the effect, and outlives this; null for a ready-made object before it is wired,
+    /// which then tells no one of its changes.
+    MParameterOwner* GetOwner() const noexcept { return owner; }
+    void SetOwner(MParameterOwner* newOwner) noexcept { owner = newOwner; }
+    /// Goes when the owner refreshes its list of parameters.
+    bool IsTemporary() const noexcept { return temporary; }
+    void SetTemporary(bool on) noexcept { temporary = on; }
+
 protected:
     bool Has(int index) const noexcept { return index >= 0 && index < count; }
 
 private:
     int count;
     int firstIndex = 0;
+    MParameterOwner* owner = nullptr;
+    bool temporary = false;
 };

@@ -1,0 +1,110 @@
+#include "effect/parameters/ParameterSpecialBase.h"
+
+#include <atomic>
+#include <cmath>
+
+#include "effect/parameters/MParameterOwner.h"
+#include "foundation/threads/MLockGuard.h"
+#include "foundation/values/ValueTexts.h"
+
+const ParameterScale ParameterScale::Fraction = {
+    .to01 = [](double number) noexcept { return number; },
+    .from01 = [](double value01) noexcept { return value01; },
+    .getText = &valuetexts::Percents,
+    .parse = &ParameterScale::ParsePercents,
+};
+
+bool ParameterScale::ParsePercents(const MString& text, double& number)
+{
+    double percents = 0.0;
+    if (!text.ReadDouble(percents))
+        return false;
+    number = percents / 100.0;
+    return true;
+}
+
+ParameterSpecialMainBase::ParameterSpecialMainBase(std::int32_t objectKind,
+                                                   std::span<const Value> objectValues,
+                                                   const MPluginSpecialRecord& special,
+                                                   MParameterOwner* parameterOwner)
+    : ParameterMainBase(
+          objectKind, static_cast<int>(objectValues.size()),
+          {.name = special.name, .section = {}, .id = {}, .help = {}, .tag = special.tag},
+          parameterOwner),
+      values(objectValues)
+{
+}
+
+void ParameterSpecialMainBase::SetParameter(int index, double value01, bool quiet)
+{
+    double* const number = Has(index) ? FindNumber(index) : nullptr;
+    if (number == nullptr || std::isnan(value01))
+        return;
+    {
+        const MLockGuard guard(GetProcessingLock());
+        Write(*number, At(index).scale->from01(value01));
+        Rebuild();
+    }
+    if (!quiet)
+        NotifyChange();
+}
+
+double ParameterSpecialMainBase::GetParameter(int index) const
+{
+    return Has(index) ? At(index).scale->to01(GetNumber(index)) : 0.0;
+}
+
+MString ParameterSpecialMainBase::GetParameterValueName(int index) const
+{
+    return Has(index) ? At(index).scale->getText(GetNumber(index)) : MString();
+}
+
+MString ParameterSpecialMainBase::GetParameterValueNameFrom01(int index, double value01) const
+{
+    return Has(index) ? At(index).scale->getText(At(index).scale->from01(value01)) : MString();
+}
+
+double ParameterSpecialMainBase::ParseParameterValueName(int index, const MString& text) const
+{
+    double number = 0.0;
+    if (!Has(index) || FindNumber(index) == nullptr || !At(index).scale->parse(text, number))
+        return GetParameter(index);
+    const double value01 = At(index).scale->to01(number);
+    return std::isnan(value01) ? GetParameter(index) : value01;
+}
+
+bool ParameterSpecialMainBase::IsModulatable(int index) const
+{
+    return Has(index) && FindNumber(index) != nullptr;
+}
+
+double ParameterSpecialMainBase::GetParameterDefaultValue(int index) const
+{
+    return Has(index) ? At(index).default01 : 0.0;
+}
+
+MString ParameterSpecialMainBase::GetSuffix(int index) const
+{
+    return At(index).suffix;
+}
+
+MLock& ParameterSpecialMainBase::GetProcessingLock() noexcept
+{
+    return GetOwner() != nullptr ? GetOwner()->GetProcessingLock() : ownLock;
+}
+
+double ParameterSpecialMainBase::Read(double& number) noexcept
+{
+    return std::atomic_ref(number).load(std::memory_order_relaxed);
+}
+
+void ParameterSpecialMainBase::Write(double& number, double newNumber) noexcept
+{
+    std::atomic_ref(number).store(newNumber, std::memory_order_relaxed);
+}
+
+double ParameterSpecialMainBase::GetNumber(int index) const noexcept
+{
+    double* const number = FindNumber(index);
+    return number != nullptr ? Read(*number) : At(index).scale->from01(At(index).default01);
+}
