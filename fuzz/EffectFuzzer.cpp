@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <string>
+#include <span>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -20,11 +20,25 @@ namespace
 constexpr int MaxBlock = 64;
 constexpr int MaxChannels = 8;
 
-constexpr const char* Keys[] = {
-    "NoteIndex",        "value",          "parameterDry",   "parameterWet",
-    "parameterPitch",   "parameterCents", "parameterWidth", "parameterFrequency",
-    "parameterOctaves", "StepItemCount",  "StepDepth",      "Item0",
-    "Item31",
+using Keys = std::span<const char* const>;
+
+constexpr const char* SettingsKeys[] = {
+    "NoteIndex",      "value",          "parameterDry",       "parameterWet",     "parameterPitch",
+    "parameterCents", "parameterWidth", "parameterFrequency", "parameterOctaves",
+};
+constexpr const char* ShapeKeys[] = {"value", "Smoothness", "EnvelopeDepth"};
+constexpr const char* StepKeys[] = {"StepItemCount", "StepDepth", "Item0", "Item1", "Item31"};
+constexpr const char* OperationsKeys[] = {
+    "Skew",           "FullSkew",        "Halve",           "Harmonic2",
+    "HarmonicPhase2", "Harmonic5",       "HarmonicPhase5",  "Harmonic8",
+    "HarmonicPhase8", "TransformEnable", "TransformEnable", "AmplitudeTransformEnable",
+};
+constexpr const char* CurveKeys[] = {"DrawingMode", "SnapToGridX"};
+constexpr const char* PointKeys[] = {
+    "x", "y", "c", "cx", "Type", "Type", "Flags", "fixed", "SmoothingType", "SmoothX1", "SmoothX2",
+};
+constexpr const char* Names[] = {
+    "Mode 1", "Mode 2", "Mode 3", "Free 1", "Smooth 1", "Smooth 2", "Stairs", "Pulses", "1", "-1",
 };
 
 class Driver
@@ -80,21 +94,51 @@ private:
         return result;
     }
 
-    void SetAttributes(MXMLItem& item)
+    MString PickText()
     {
-        for (int i = data.ConsumeIntegralInRange(0, 4); i > 0; --i)
-            item.SetAttribute(data.PickValueInArray(Keys),
-                              MString::FromUTF8(data.ConsumeRandomLengthString(24)));
+        switch (data.ConsumeIntegralInRange(0, 3))
+        {
+        case 0:
+            return MString::FromUTF8(data.ConsumeRandomLengthString(24));
+        case 1:
+            return data.PickValueInArray(Names);
+        default:
+            return MString::FromDouble(data.ConsumeIntegral<std::int8_t>() * 0.02, 12);
+        }
+    }
+
+    MXMLItem& SetAttributes(MXMLItem& item, Keys keys)
+    {
+        for (int i = data.ConsumeIntegralInRange(0, 6); i > 0; --i)
+            item.SetAttribute(keys[data.ConsumeIntegralInRange<std::size_t>(0, keys.size() - 1)],
+                              PickText());
+        return item;
+    }
+
+    void AddCurve(MXMLItem& item, const char* name)
+    {
+        if (data.ConsumeBool())
+            return;
+        MXMLItem& curve = SetAttributes(item.AddSubItem(name), CurveKeys);
+        for (int i = data.ConsumeIntegralInRange(0, 9); i > 0; --i)
+            SetAttributes(curve.AddSubItem("Point"), PointKeys);
     }
 
     void Load()
     {
         MXMLItem item("settings");
-        SetAttributes(item);
-        SetAttributes(item.AddSubItem("Shape"));
-        SetAttributes(item.GetOrAddSubItem("Shape").AddSubItem("Step"));
+        SetAttributes(item, SettingsKeys);
+        MXMLItem& shape = SetAttributes(item.AddSubItem("Shape"), ShapeKeys);
+        AddCurve(shape, "Envelope");
+        SetAttributes(shape.AddSubItem("Step"), StepKeys)
+            .AddSubItem("Item2")
+            .SetAttribute("value", PickText());
+        MXMLItem& operations = SetAttributes(shape.AddSubItem("Operations"), OperationsKeys);
+        AddCurve(operations, "Transform");
+        AddCurve(operations, "AmplitudeTransform");
         Call(MPluginCommand::Load, reinterpret_cast<std::intptr_t>(&item));
         Call(MPluginCommand::Store, reinterpret_cast<std::intptr_t>(&item));
+        PlayBlock();
     }
 
     void TypeText()
@@ -136,7 +180,7 @@ private:
              reinterpret_cast<std::intptr_t>(outputs.data()), samples);
         for (const auto& block : blocks)
             for (const float sample : block)
-                if (!(std::abs(sample) <= 2.0f))
+                if (!std::isfinite(sample)) // curves may overshoot, but not to infinity
                     std::abort();
     }
 

@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/limits.h"
 #include "foundation/streams/MMemoryStream.h"
+#include "foundation/threads/MException.h"
 #include "foundation/xml/MXMLItem.h"
 
 namespace
@@ -238,7 +240,7 @@ TEST(MSignalGenerator, SmoothsRoundTheCycle)
 
 TEST(MSignalGenerator, NormalisesBetweenOperationsAndAmplitudes)
 {
-    MSignalGenerator generator; // sin(x) + sin(2x)
+    MSignalGenerator generator; // sin(x) + sin(2x), whose peak is 1.76
     generator.Operations.Harmonic[0] = 1.0;
     generator.Operations.AmplitudeTransformEnable = true;
     generator.Operations.AmplitudeTransform.Clear();
@@ -435,6 +437,23 @@ TEST(MSignalGenerator, ReadsForeignTextsWithinBounds)
             std::ranges::all_of(generator.GetTable(), [](float s) { return std::isfinite(s); }))
             << row.key << " = " << row.text;
     }
+}
+
+TEST(MSignalGenerator, RefusedTreesChangeNothing)
+{
+    MSignalGenerator generator;
+    MXMLItem before("Shape");
+    generator.Store(before);
+    MXMLItem item("Shape");
+    item.SetAttribute("value", 3.0);
+    item.AddSubItem("Envelope").AddSubItem("Point");
+    MXMLItem& curve = item.AddSubItem("Operations").AddSubItem("AmplitudeTransform");
+    for (int i = 0; i <= limits::CurvePoints; ++i)
+        curve.AddSubItem("Point");
+    EXPECT_THROW(generator.Load(item), MException);
+    MXMLItem after("Shape");
+    generator.Store(after);
+    EXPECT_EQ(TextOf(after), TextOf(before));
 }
 
 TEST(MSignalGenerator, ReadsStepsOfOlderFiles)
