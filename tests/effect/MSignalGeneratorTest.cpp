@@ -69,22 +69,6 @@ TEST(MSignalGenerator, InterpolatesBetweenSamplesAndAcrossTheEnd)
     EXPECT_NEAR(generator.Get((Length - 0.5) / Length), (1.0 - 8191.0 / 4096.0 + 1.0) / 2.0, 1e-6);
 }
 
-TEST(MSignalGenerator, FractionsCrossFadeNeighbours)
-{
-    MSignalGenerator generator;
-    generator.Shape = 5.5;
-    generator.Rebuild();
-    EXPECT_EQ(generator.ShapeFraction, 0.5f);
-    EXPECT_EQ(Peak(generator), 1.0f);
-    const PresetShapeTables& presets = PresetShapeTables::Get();
-    double peak = 0.0;
-    for (std::size_t n = 0; n < Length; ++n)
-        peak = std::max(peak, std::abs(0.5 * presets[5][n] + 0.5 * presets[6][n]));
-    for (std::size_t n = 0; n < Length; n += 7)
-        ASSERT_NEAR(generator.GetTable()[n], (0.5 * presets[5][n] + 0.5 * presets[6][n]) / peak,
-                    1e-6);
-}
-
 TEST(MSignalGenerator, ShapesBeyondTheBankAreItsEnds)
 {
     constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
@@ -125,23 +109,6 @@ TEST(MSignalGenerator, EveryPresetHasAPeakOfOne)
     generator.Shape = 12.0;
     generator.Rebuild();
     EXPECT_GE(*std::ranges::min_element(generator.GetTable()), 0.0f) << "a unipolar shape stays so";
-}
-
-TEST(MSignalGenerator, StepsDivideTheCycle)
-{
-    MSignalGenerator generator;
-    generator.StepDepth = 1.0;
-    generator.StepItemCount = 3;
-    generator.StepValues = {1.0f, -0.5f, 0.25f};
-    generator.Shape = 14.0; // ignored
-    generator.Rebuild();
-    const auto table = generator.GetTable();
-    EXPECT_EQ(table[2729], 1.0f);
-    EXPECT_EQ(table[2730], -0.5f);
-    EXPECT_EQ(table[5460], -0.5f);
-    EXPECT_EQ(table[5461], 0.25f);
-    EXPECT_EQ(table[8191], 0.25f);
-    EXPECT_EQ(table[8192], 1.0f);
 }
 
 /// The default free curve.
