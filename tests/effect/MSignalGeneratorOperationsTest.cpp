@@ -96,6 +96,8 @@ constexpr Bend Bends[] = {
     {"skew", [](Operations& o) { o.Skew = 1.0; }, [](int i) { return SkewPosition(i, 3.0); }},
     {"negative skew", [](Operations& o) { o.Skew = -1.0; },
      [](int i) { return SkewPosition(i, 1.0 / 3.0); }},
+    {"skew beyond the ends", [](Operations& o) { o.Skew = 2.0; },
+     [](int i) { return std::clamp(SkewPosition(i, 9.0), 0.0, 8191.0); }},
     {"skew too small to be heard", [](Operations& o) { o.Skew = 1e-40; },
      [](int i) { return double(i); }},
     {"full skew", [](Operations& o) { o.FullSkew = 1.0; },
@@ -112,6 +114,8 @@ constexpr Bend Bends[] = {
      [](int i) { return HalvesPosition(i, 2); }},
     {"longer first half", [](Operations& o) { o.Halve = 0.3; }, // 1228.2 samples
      [](int i) { return HalvesPosition(i, 5324); }},
+    {"shorter first half", [](Operations& o) { o.Halve = -0.3; },
+     [](int i) { return HalvesPosition(i, 2868); }},
     {"halves moved by no whole sample", [](Operations& o) { o.Halve = 0.0001; },
      [](int i) { return double(i); }},
     {"default transform, whose end reads its start",

@@ -322,17 +322,26 @@ TEST(MSignalGenerator, LoadsWhatItStored)
     }
 }
 
+std::string FlagsOf(const MXMLItem& curve)
+{
+    std::string flags;
+    for (const auto& point : curve.GetSubItems())
+        flags += point->GetAttribute("Flags", "").ToUTF8() + " ";
+    return flags;
+}
+
 TEST(MSignalGenerator, StoresNoZeros)
 {
     MXMLItem item("Shape");
     MSignalGenerator().Store(item);
     for (const char* key : {"value", "Smoothness", "EnvelopeDepth"})
         EXPECT_TRUE(item.HasAttribute(key)) << key;
-    EXPECT_EQ(item.GetRequiredSubItem("Envelope").GetSubItems().size(), 4u);
+    EXPECT_EQ(FlagsOf(item.GetRequiredSubItem("Envelope")), "15 12 12 15 ");
     EXPECT_EQ(item.GetRequiredSubItem("Step").GetAttributes().size(), 2u + 8u);
     MXMLItem& operations = item.GetRequiredSubItem("Operations");
     EXPECT_TRUE(operations.GetAttributes().empty());
-    EXPECT_EQ(operations.GetSubItems().size(), 2u);
+    for (const char* curve : {"Transform", "AmplitudeTransform"})
+        EXPECT_EQ(FlagsOf(operations.GetRequiredSubItem(curve)), "13 13 ") << curve;
 }
 
 TEST(MSignalGenerator, WhatIsMissingIsZeroOrStays)
