@@ -19,9 +19,7 @@ void PowerGain(MString& result, MPluginParameterRecord& record, const MString& i
     }
     result.Clear();
     double decibels = 0.0;
-    if (input == valuetexts::Gain(0.0))
-        value = 0.0;
-    else if (input.ReadDouble(decibels))
+    if (input.ReadDouble(decibels))
         value = std::pow(std::pow(10.0, decibels / 20.0), 1.0 / exponent);
 }
 

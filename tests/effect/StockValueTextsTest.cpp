@@ -1,13 +1,24 @@
 #include "effect/StockValueTexts.h"
 
 #include <cmath>
+#include <string>
 
 #include <gtest/gtest.h>
 
 namespace
 {
 
-TEST(StockValueTexts, GainsReadWhatTheyShow)
+/// What @p record shows once @p typed was read into it.
+std::string Shown(MPluginParameterRecord& record, const char* typed = "")
+{
+    MString text;
+    record.valueText(text, record, typed, {});
+    if (*typed != '\0')
+        record.valueText(text, record, {}, {});
+    return text.ToUTF8();
+}
+
+TEST(StockValueTexts, GainsReadDecibels)
 {
     struct Law
     {
@@ -20,16 +31,13 @@ TEST(StockValueTexts, GainsReadWhatTheyShow)
     for (const Law& law : Laws)
     {
         MPluginParameterRecord record;
-        record.SetFloat("Gain", 0.0, 1.0, 1.0);
+        record.SetFloat("Gain", 0.0, 1.0, 0.0);
         record.valueText = law.function;
-        record.ParseValueText("-6 dB");
+        EXPECT_EQ(Shown(record), "silence");
+        EXPECT_EQ(Shown(record, "-6 dB"), "-6.00 dB");
         EXPECT_NEAR(std::pow(record.range.asFloat.value, law.power), std::pow(10.0, -0.3), 1e-12);
-        EXPECT_EQ(record.GetValueText().ToUTF8(), "-6.00 dB");
-        record.ParseValueText("loud");
-        EXPECT_EQ(record.GetValueText().ToUTF8(), "-6.00 dB") << "unreadable";
-        record.ParseValueText("Silence");
-        EXPECT_EQ(record.range.asFloat.value, 0.0);
-        EXPECT_EQ(record.GetValueText().ToUTF8(), "silence");
+        for (const char* const unreadable : {"loud", "silence"})
+            EXPECT_EQ(Shown(record, unreadable), "-6.00 dB") << unreadable;
     }
 }
 
@@ -38,14 +46,11 @@ TEST(StockValueTexts, FrequenciesAreReadInHz)
     MPluginParameterRecord record;
     record.SetFloat("Frequency", std::log10(20.0), std::log10(20000.0), std::log10(20.0));
     record.valueText = &valuetexts::OptionalFrequency;
-    EXPECT_EQ(record.GetValueText().ToUTF8(), "Disabled");
-    record.ParseValueText("440 Hz");
+    EXPECT_EQ(Shown(record), "Disabled");
+    EXPECT_EQ(Shown(record, "440 Hz"), "440 Hz");
     EXPECT_NEAR(record.range.asFloat.value, 2.6434526764861874, 1e-15);
     for (const char* const refused : {"0", "-5 Hz", "Disabled", "x"})
-    {
-        record.ParseValueText(refused);
-        EXPECT_EQ(record.GetValueText().ToUTF8(), "440 Hz") << refused;
-    }
+        EXPECT_EQ(Shown(record, refused), "440 Hz") << refused;
 }
 
 } // namespace

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "effect/TonvaleAudioEffectPlugin.h"
+#include "effect/parameters/MParameterList.h"
 #include "tests/CountedAllocations.h"
+#include "tests/effect/parameters/ParametersUnderTest.h"
 
 namespace
 {
@@ -27,6 +29,11 @@ TEST(TonvaleAudioEffectPluginAllocations, NoneOnTheAudioThread)
     const auto effect = std::make_unique<Effect>();
     const MPluginInfo& info = effect->GetInfo();
     auto& generator = *static_cast<MSignalGenerator*>(info.specials[0].data);
+    FakeOwner owner;
+    MParameterList list;
+    list.Wire(*effect, owner);
+    const auto set = [&list](int index, double value01)
+    { list.FindAdapter(index)->SetParameter(0, value01, true); };
     effect->InitProcessing(2, 48000);
     effect->Update();
     effect->ResetParameterRamps();
@@ -41,16 +48,16 @@ TEST(TonvaleAudioEffectPluginAllocations, NoneOnTheAudioThread)
                   {
                       for (int block = 0; block < 3000; ++block)
                       {
-                          info.FindParameter(Effect::Wet)->Set01(block % 5 * 0.2);
-                          info.FindParameter(Effect::Dry)->Set01(block % 3 * 0.5);
-                          info.FindParameter(Effect::Width)->Set01(block % 7 * 0.1);
+                          set(Effect::Wet, block % 5 * 0.2);
+                          set(Effect::Dry, block % 3 * 0.5);
+                          set(Effect::Width, block % 7 * 0.1);
                           effect->ParameterChanged(Effect::Width);
                           effect->Update();
                           info.midiProcessor->ProcessNote(0, 0.0, 0, block % 128, 1.0, true);
                           info.midiProcessor->ProcessPitchWheel(0, 0.0, 0, block % 2);
                           if (block % 100 == 0)
                           {
-                              generator.Shape = block * 0.005;
+                              set(Effect::ParameterCount, block / 3000.0); // the shape
                               generator.StepDepth = block % 3 * 0.5;
                               generator.Rebuild();
                           }

@@ -33,18 +33,16 @@ TEST(TonvaleAudioEffectPlugin, PublishesItsParametersAsTold)
         const char* name;
         double min, max, defaultValue;
         unsigned flags;
-        const char* text;
     };
     constexpr Row Rows[] = {
-        {"Dry", 0.0, 1.0, 0.0, 0x0501, "silence"},
-        {"Wet", 0.0, 1.0, 0.7071067811865476, 0x0501, "-6.02 dB"},
-        {"Octaves", -3, 3, 0, 0x0521, "0"},
-        {"Semitones", -12, 12, 0, 0x0521, "0"},
-        {"Cents", -100.0, 100.0, 0.0, 0x0529, "0.0"},
-        {"Pitch", -24.0, 24.0, 0.0, 0x0529, "0.00 semitones"},
-        {"Width", -12.0, 12.0, 0.0, 0x0529, "0.00 semitones"},
-        {"Frequency", 1.3010299956639813, 4.301029995663981, 1.3010299956639813, 0x0529,
-         "Disabled"},
+        {"Dry", 0.0, 1.0, 0.0, 0x0501},
+        {"Wet", 0.0, 1.0, 0.7071067811865476, 0x0501},
+        {"Octaves", -3, 3, 0, 0x0521},
+        {"Semitones", -12, 12, 0, 0x0521},
+        {"Cents", -100.0, 100.0, 0.0, 0x0529},
+        {"Pitch", -24.0, 24.0, 0.0, 0x0529},
+        {"Width", -12.0, 12.0, 0.0, 0x0529},
+        {"Frequency", 1.3010299956639813, 4.301029995663981, 1.3010299956639813, 0x0529},
     };
     Effect effect;
     const MPluginInfo& info = effect.GetInfo();
@@ -57,7 +55,6 @@ TEST(TonvaleAudioEffectPlugin, PublishesItsParametersAsTold)
         EXPECT_EQ(record.name.ToUTF8(), row.name);
         EXPECT_EQ(record.key.ToUTF8(), row.name);
         EXPECT_EQ(record.flags, row.flags) << row.name;
-        EXPECT_EQ(record.GetValueText().ToUTF8(), row.text) << row.name;
         EXPECT_EQ(record.help.ToUTF8().find(std::string("<name>") + row.name + "</name> "), 0u);
         EXPECT_EQ(record.tag, i == 0 ? 51 : 0);
         if (record.type == MParameterType::Int)
@@ -77,32 +74,6 @@ TEST(TonvaleAudioEffectPlugin, PublishesItsParametersAsTold)
     ASSERT_EQ(info.specialCount, 1);
     EXPECT_EQ(info.specials[0].name.ToUTF8(), "Shape");
     EXPECT_EQ(*static_cast<void**>(info.specials[0].editorSlot), nullptr);
-}
-
-TEST(TonvaleAudioEffectPlugin, TextsOfMovedParametersCarrySignsAndUnits)
-{
-    OscillatorUnderTest oscillator;
-    struct Case
-    {
-        int index;
-        double value;
-        const char* text;
-    };
-    const Case Cases[] = {
-        {Effect::Octaves, 2, "+2"},
-        {Effect::Semitones, -7, "-7"},
-        {Effect::Cents, 12.34, "+12.3"},
-        {Effect::Pitch, -1.5, "-1.50 semitones"},
-        {Effect::Width, 2.0, "2.00 semitones"},
-        {Effect::Frequency, Log(440.0), "440 Hz"},
-        {Effect::Frequency, Log(12345.0), "12.3 kHz"},
-        {Effect::Wet, 0.1, "-40.0 dB"},
-    };
-    for (const Case& row : Cases)
-    {
-        oscillator.Set(row.index, row.value);
-        EXPECT_EQ(oscillator.Record(row.index).GetValueText().ToUTF8(), row.text);
-    }
 }
 
 TEST(TonvaleAudioEffectPlugin, PlaysThePitchOfNoteAndParameters)
@@ -204,7 +175,6 @@ TEST(TonvaleAudioEffectPlugin, AModulatedParameterSoundsByItsAlternateValue)
     pitch.range.asFloat.alternate = 12.0;
     oscillator.Call(MPluginCommand::ParameterChanged, Effect::Pitch);
     EXPECT_NEAR(oscillator.MeasureFrequency(), 880.0, 1e-5);
-    EXPECT_DOUBLE_EQ(pitch.Get01(), 25.0 / 48.0) << "what the user set is what shows";
     pitch.SetModulated(false);
     oscillator.Call(MPluginCommand::ParameterChanged, Effect::Pitch);
     EXPECT_NEAR(oscillator.MeasureFrequency(), 440.0 * Semitones(1.0), 1e-5);

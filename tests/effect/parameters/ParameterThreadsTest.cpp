@@ -1,0 +1,72 @@
+#include <atomic>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "effect/TonvaleAudioEffectPlugin.h"
+#include "effect/parameters/MParameterList.h"
+#include "effect/parameters/MParameterOwner.h"
+#include "foundation/threads/MLock.h"
+
+namespace
+{
+
+class CountingOwner final : public MParameterOwner
+{
+public:
+    MLock& GetProcessingLock() noexcept override { return lock; }
+    void NeedUpdateEditor(MAutomationAdapter& /*adapter*/) override { ++updates; }
+    void OnCustomParameterChanged(MAutomationAdapter& /*adapter*/) override {}
+
+    MLock lock;
+    std::atomic<int> updates{0};
+};
+
+TEST(ParameterThreads, ValuesAreSetWhileOthersReadAndRender)
+{
+    constexpr int Rounds = 200;
+    TonvaleAudioEffectPlugin effect;
+    CountingOwner owner;
+    MParameterList list;
+    list.Wire(effect, owner);
+    effect.InitProcessing(1, 48000);
+    // All but the shape itself, which its rebuild may limit while others read it.
+    const auto isTested = [](int index)
+    { return index != TonvaleAudioEffectPlugin::ParameterCount; };
+
+    const auto write = [&]
+    {
+        for (int round = 0; round < Rounds; ++round)
+            for (int index = 0; index < list.GetParameterCount(); ++index)
+                if (MAutomationAdapter& adapter = *list.FindAdapter(index); isTested(index))
+                    adapter.SetParameter(index - adapter.GetFirstIndex(), round % 2,
+                                         round % 3 == 0);
+    };
+    std::thread first(write);
+    std::thread second(write);
+    float block[32];
+    float* const outputs[] = {block};
+    for (int round = 0; round < Rounds; ++round)
+    {
+        effect.Process(nullptr, nullptr, outputs, 32);
+        for (int index = 0; index < list.GetParameterCount(); ++index)
+        {
+            if (!isTested(index))
+                continue;
+            MAutomationAdapter& adapter = *list.FindAdapter(index);
+            const int own = index - adapter.GetFirstIndex();
+            adapter.SetModulated(own, round % 2 == 0);
+            const double value01 = adapter.GetRestorableParameter(own);
+            EXPECT_GE(value01, 0.0);
+            EXPECT_LE(value01, 1.0);
+            EXPECT_FALSE(adapter.GetParameterValueName(own).IsEmpty());
+            EXPECT_FALSE(adapter.GetParameterValueNameFrom01(own, 0.5).IsEmpty());
+            adapter.ParseParameterValueName(own, "1");
+        }
+    }
+    first.join();
+    second.join();
+    EXPECT_GT(owner.updates, Rounds);
+}
+
+} // namespace
