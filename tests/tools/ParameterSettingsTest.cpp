@@ -16,6 +16,13 @@ class ParameterSettingsTest : public testing::Test
 {
 protected:
     double Value(const char* name) const { return runner.FindParameter(name)->Effective(); }
+    double Value01(const MString& name) const
+    {
+        for (const AdapterValue& value : runner.GetParameters())
+            if (value.GetName() == name)
+                return value.Get01();
+        return std::nan("");
+    }
 
     /// Sets @p name and returns the complaint; empty if there is none.
     std::string Set(const std::string& name, const std::string& text)
@@ -71,6 +78,43 @@ TEST_F(ParameterSettingsTest, ReadsWhatParametersShow)
     }
 }
 
+TEST_F(ParameterSettingsTest, TakesEveryWholeNumber)
+{
+    for (const auto& [name, limit] : {std::pair("Octaves", 3), std::pair("Semitones", 12)})
+        for (int value = -limit; value <= limit; ++value)
+        {
+            EXPECT_EQ(Set(name, std::to_string(value)), "");
+            EXPECT_EQ(Value(name), value) << name;
+        }
+}
+
+TEST_F(ParameterSettingsTest, ReadsShapesAndTheirShares)
+{
+    struct Case
+    {
+        const char* name;
+        const char* text;
+        double value01;
+    };
+    const Case cases[] = {
+        {"Shape", "Exponencial", 0.0},
+        {"shape", "saw", 12.0 / 15.0},
+        {"Shape", "Saw", 12.0 / 15.0}, // again
+        {"Shape", "Mess", 1.0},
+        {"Shape", "30% Sine, 70% Harmonics", 5.7 / 15.0},
+        {"Shape", "5.5", 5.5 / 15.0},
+        {"Shape", "0", 0.0},
+        {"Shape custom morph", "30%", 0.3},
+        {"Shape step sequencer", "0.5", 0.005},
+        {"Shape smoothness", "100.0%", 1.0},
+    };
+    for (const Case& row : cases)
+    {
+        EXPECT_EQ(Set(row.name, row.text), "") << row.name << '=' << row.text;
+        EXPECT_NEAR(Value01(row.name), row.value01, 1e-12) << row.name << '=' << row.text;
+    }
+}
+
 TEST_F(ParameterSettingsTest, RefusesWhatTheEffectWouldMisunderstand)
 {
     struct Case
@@ -102,17 +146,27 @@ TEST_F(ParameterSettingsTest, RefusesWhatTheEffectWouldMisunderstand)
         {"Frequency", "-440", "no value"},
         {"Frequency", "0", "no value"},
         {"Frequency", "nan", "no value"},
+        {"Shape", "Square",
+         "there are Exponencial, Triangle, Sine power 8, Sine power 4, Sine "
+         "square, Sine, Harmonics, More harmonics, Disharmonics, Sine square "
+         "root, Sine 4-root, Rectangle, Saw, Full saw, Noise, Mess"},
+        {"Shape", "50% Sine, 50% Saw", "no value"},
+        {"Shape", "5 Hz", "no value"},
+        {"Shape", "16", "range of Exponencial to Mess"},
+        {"Shape", "-1", "range of Exponencial to Mess"},
+        {"Shape smoothness", "101%", "range of 0.00% to 100.0%"},
+        {"Shape smoothness", "5 dB", "unit \"dB\""},
+        {"Shape smoothness", "much", "no value"},
     };
     for (const Case& row : cases)
     {
-        const MPluginParameterRecord* const record = runner.FindParameter(row.name);
-        const double before = record != nullptr ? record->Effective() : 0.0;
+        const double before = Value01(row.name);
         const std::string complaint = Set(row.name, row.text);
         EXPECT_NE(complaint.find(row.complaint), std::string::npos)
             << row.name << '=' << row.text << ": " << complaint;
-        if (record != nullptr)
+        if (!std::isnan(before))
         {
-            EXPECT_EQ(record->Effective(), before) << row.name << '=' << row.text;
+            EXPECT_EQ(Value01(row.name), before) << row.name << '=' << row.text;
         }
     }
 }
@@ -134,15 +188,17 @@ TEST_F(ParameterSettingsTest, TakesNormalisedValuesWithinTheirRange)
 TEST_F(ParameterSettingsTest, ListsThePresentValues)
 {
     settings.SetText("Frequency", "440 Hz");
+    settings.SetShape("30% Sine, 70% Harmonics");
     std::ostringstream stream;
     settings.List(stream);
     const std::string list = stream.str();
-    EXPECT_NE(list.find("Wet         -6.02 dB          0.8409      silence to 0.00 dB\n"),
-              std::string::npos)
-        << list;
-    EXPECT_NE(list.find("Frequency   440 Hz            0.4475      Disabled to 20.0 kHz\n"),
-              std::string::npos)
-        << list;
+    for (const char* const row : {
+             "Wet                   -6.02 dB                 0.8409      silence to 0.00 dB\n",
+             "Frequency             440 Hz                   0.4475      Disabled to 20.0 kHz\n",
+             "Shape                 30% Sine, 70% Harmonics  0.3800      Exponencial to Mess\n",
+             "Shape step sequencer  0.00%                    0.0000      0.00% to 100.0%\n",
+         })
+        EXPECT_NE(list.find(row), std::string::npos) << row << list;
 }
 
 } // namespace

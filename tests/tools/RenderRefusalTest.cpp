@@ -36,7 +36,6 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
         {{"--volume", "1"}, "--volume"},
         {{"-x"}, "-x"},
         {{"other.wav"}, "not expected"},
-        {{"--list"}, "--list"},
         {{"--note", "128"}, "--note 128: it is not a whole number from 0 to 127"},
         {{"--note", "-1"}, "--note -1"},
         {{"--note", "A4"}, "--note A4"},
@@ -74,6 +73,14 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
         {{"--input", "in.wav", "--channels", "1"}, "--channels 2"},
         {{"--input", "slow.wav"}, "sample rate, 100 Hz"},
         {{"--input", "empty.wav"}, "it is empty"},
+        {{"--shape", "Square"}, "--shape Square: it is no value; one looks like"},
+        {{"--state", "missing.xml"}, "cannot load \"missing.xml\": No such file"},
+        {{"--state", "in.wav"}, "cannot load \"in.wav\": "},
+        {{"--state", "preset.xml"}, "its root is \"preset\", not \"settings\""},
+        {{"--state", "points.xml"}, "Too many points in a curve."},
+        {{"--save-state", "missing/a.xml"}, "cannot write \"missing/a.xml\": No such file"},
+        {{"--save-state", "./out.wav"}, "two things cannot be written to \"out.wav\""},
+        {{"--table", "."}, "it is a folder"},
     };
     const TemporaryFolder folder;
     WavSound{48000, {MakeSine(100, 440.0, 48000.0), MakeSine(100, 440.0, 48000.0)}}.Write(folder /
@@ -84,6 +91,13 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
     cut.pop_back();
     folder.Write("cut.mid", cut);
     folder.Write("endless.mid", testmidi::File({0xFF, 0xFF, 0xFF, 0x7F, 0x90, 1, 1}));
+    const auto write = [&folder](const char* name, const std::string& text)
+    { folder.Write(name, std::vector<std::uint8_t>(text.begin(), text.end())); };
+    write("preset.xml", "<preset/>");
+    std::string points = "<settings><Shape><Envelope>";
+    for (int i = 0; i <= 65536; ++i)
+        points += "<Point/>";
+    write("points.xml", points);
     const std::string before = folder.List();
 
     for (Case row : cases)
@@ -113,10 +127,19 @@ TEST(RenderRefusal, KeepsAnOlderFileWhenItFailsHalfWay)
     ExpectRefusal(RenderProgram::Run(folder.GetPath(), {"--input", "in.wav", "out.wav"}),
                   "samples that are no numbers", "bad input");
     EXPECT_EQ(folder.Read("out.wav"), older);
-    ExpectRefusal(RenderProgram::RunLimited(folder.GetPath(), 100, {"out.wav"}), "File too large",
-                  "full disk");
-    EXPECT_EQ(folder.Read("out.wav"), older);
-    EXPECT_EQ(folder.List(), "in.wav out.wav");
+    constexpr std::string_view Steps =
+        R"(<settings><Shape><Step StepItemCount="32"/></Shape></settings>)"; // long when saved
+    folder.Write("steps.xml", std::vector<std::uint8_t>(Steps.begin(), Steps.end()));
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"out.wav"},
+                                               {"--table", "out.wav"},
+                                               {"--save-state", "out.wav", "--state", "steps.xml"}})
+    {
+        ExpectRefusal(RenderProgram::RunLimited(folder.GetPath(), 1, arguments), "File too large",
+                      "full disk, " + arguments[0]);
+        EXPECT_EQ(folder.Read("out.wav"), older) << arguments[0];
+    }
+    EXPECT_EQ(folder.List(), "in.wav out.wav steps.xml");
 }
 
 } // namespace

@@ -99,13 +99,13 @@ TEST(Render, ListsHelpsAndTellsItsVersion)
     const TemporaryFolder folder;
     const Result list = RenderProgram::Run(folder.GetPath(), {"--list", "--set", "octaves=2"});
     EXPECT_EQ(list.exitCode, 0);
-    EXPECT_NE(list.output.find("\nOctaves     +2 "), std::string::npos) << list.output;
+    EXPECT_NE(list.output.find("\nOctaves               +2 "), std::string::npos) << list.output;
 
     const Result help = RenderProgram::Run(folder.GetPath(), {"--help"});
     EXPECT_EQ(help.exitCode, 0);
     for (const char* const option :
          {"--note", "--midi", "--seconds", "--rate", "--block", "--channels", "--set ", "--set01",
-          "--input", "--list", "OUT.wav"})
+          "--input", "--list", "--shape", "--state", "--save-state", "--table", "OUT.wav"})
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
 
     const Result version = RenderProgram::Run(folder.GetPath(), {"--version"});

@@ -2,7 +2,9 @@
 
 #include "effect/MPluginInfo.h"
 #include "effect/MPluginParameterRecord.h"
+#include "effect/MPluginSpecialRecord.h"
 #include "effect/MPluginSystem.h"
+#include "effect/MSignalGenerator.h"
 #include "effect/TonvaleAudioEffectPluginInterface.h"
 #include "tools/render/Failure.h"
 
@@ -13,17 +15,19 @@ EffectRunner::EffectRunner()
     if (result != MPluginSystem::Result::Created)
         throw Failure("the oscillator cannot be created (" +
                       std::to_string(static_cast<int>(result)) + ")");
+    parameters.Wire(*host->GetPlugin(), *this);
     if (MMIDIProcessorBase* const listener = GetInfo().midiProcessor)
         midiProcessor.AddListener(*listener, MMIDIProcessorBase::AllChannels);
 }
 
 EffectRunner::~EffectRunner()
 {
+    parameters = {}; // they point into the effect
     if (host)
         host->CallPlugin(MPluginCommand::Destroy);
 }
 
-MPluginParameterRecord* EffectRunner::FindParameter(const MString& name) const noexcept
+const MPluginParameterRecord* EffectRunner::FindParameter(const MString& name) const noexcept
 {
     const MPluginInfo& info = GetInfo();
     for (std::int32_t i = 0; i < info.CountParameters(); ++i)
@@ -32,12 +36,36 @@ MPluginParameterRecord* EffectRunner::FindParameter(const MString& name) const n
     return nullptr;
 }
 
-void EffectRunner::NotifyChange(const MPluginParameterRecord& record)
+std::vector<AdapterValue> EffectRunner::GetParameters() const
 {
-    const MPluginInfo& info = GetInfo();
-    for (std::int32_t i = 0; i < info.CountParameters(); ++i)
-        if (info.FindParameter(i) == &record)
-            Call(MPluginCommand::ParameterChanged, i);
+    std::vector<AdapterValue> values;
+    for (MAutomationAdapter* const adapter : parameters.GetAdapters())
+        for (int index = 0; index < adapter->GetCount(); ++index)
+            values.push_back({adapter, index});
+    return values;
+}
+
+void EffectRunner::LoadState(MXMLItem& state)
+{
+    if (Call(MPluginCommand::Load, reinterpret_cast<std::intptr_t>(&state)) != 1)
+        throw Failure("the oscillator refuses the state");
+}
+
+void EffectRunner::StoreState(MXMLItem& state)
+{
+    if (Call(MPluginCommand::Store, reinterpret_cast<std::intptr_t>(&state)) != 1)
+        throw Failure("the oscillator cannot tell its state");
+}
+
+std::span<const float> EffectRunner::GetCycle() const
+{
+    for (const MPluginSpecialRecord& special :
+         std::span(GetInfo().specials, static_cast<std::size_t>(GetInfo().specialCount)))
+        if (special.kind == MSpecialKind::SignalGenerator)
+            return static_cast<const MSignalGenerator*>(special.data)
+                ->GetTable()
+                .first<MSignalGenerator::TableLength>();
+    throw Failure("the oscillator has no shape");
 }
 
 void EffectRunner::Start(int channels, int rate)
@@ -57,8 +85,8 @@ void EffectRunner::Process(const float* const* inputs, float* const* outputs, in
          reinterpret_cast<std::intptr_t>(outputs), samples);
 }
 
-void EffectRunner::Call(MPluginCommand command, std::intptr_t a0, std::intptr_t a1,
-                        std::intptr_t a2, std::intptr_t a3)
+std::intptr_t EffectRunner::Call(MPluginCommand command, std::intptr_t a0, std::intptr_t a1,
+                                 std::intptr_t a2, std::intptr_t a3)
 {
-    host->CallPlugin(command, MPluginCommandArguments(a0, a1, a2, a3));
+    return host->CallPlugin(command, MPluginCommandArguments(a0, a1, a2, a3));
 }

@@ -1,10 +1,10 @@
 #include "tools/render/ParameterSettings.h"
 
 #include <algorithm>
+#include <array>
 #include <ostream>
 
-#include "effect/MPluginInfo.h"
-#include "effect/MPluginParameterRecord.h"
+#include "tools/render/AdapterValue.h"
 #include "tools/render/EffectRunner.h"
 #include "tools/render/Failure.h"
 #include "tools/render/ParameterText.h"
@@ -12,58 +12,70 @@
 
 void ParameterSettings::SetText(const std::string& name, const std::string& text)
 {
-    MPluginParameterRecord& record = Find(name);
+    Read("--set " + name + "=" + text, name, text);
+}
+
+void ParameterSettings::SetShape(const std::string& text)
+{
+    Read("--shape " + text, "Shape", text);
+}
+
+void ParameterSettings::Read(const std::string& option, const std::string& name,
+                             const std::string& text)
+{
+    const AdapterValue value = Find(name);
     try
     {
-        ReadParameterText(record, text);
+        ReadParameterText(value, text);
     }
     catch (const MException& failure)
     {
-        throw Failure("--set " + name + "=" + text, failure.text.ToUTF8());
+        throw Failure(option, failure.text.ToUTF8());
     }
-    runner.NotifyChange(record);
 }
 
 void ParameterSettings::Set01(const std::string& name, double value01)
 {
-    MPluginParameterRecord& record = Find(name);
+    const AdapterValue value = Find(name);
     if (!(value01 >= 0.0 && value01 <= 1.0))
         throw Failure("--set01 " + name + "=" + text::Short(value01),
                       "it is outside the range of 0 to 1");
-    record.Set01(value01);
-    runner.NotifyChange(record);
+    value.Set01(value01);
 }
 
 void ParameterSettings::List(std::ostream& stream) const
 {
-    const auto line = [&stream](const std::string& name, const std::string& value,
-                                const std::string& value01, const std::string& range)
+    constexpr std::size_t Gap = 2;
+    using Row = std::array<std::string, 4>;
+    std::vector<Row> rows = {{"Parameter", "Value", "Normalised", "Range"}};
+    for (const AdapterValue& value : runner.GetParameters())
+        rows.push_back({value.GetName().ToUTF8(), value.GetText(), text::Fixed(value.Get01(), 4),
+                        value.GetTextAt(0.0) + " to " + value.GetTextAt(1.0)});
+
+    std::array<std::size_t, 3> widths{};
+    for (const Row& row : rows)
+        for (std::size_t column = 0; column < widths.size(); ++column)
+            widths[column] = std::max(widths[column], row[column].size() + Gap);
+    for (const Row& row : rows)
     {
-        stream << text::Left(name, 12) << text::Left(value, 18) << text::Left(value01, 12) << range
-               << '\n';
-    };
-    line("Parameter", "Value", "Normalised", "Range");
-    const MPluginInfo& info = runner.GetInfo();
-    for (std::int32_t i = 0; i < info.CountParameters(); ++i)
-    {
-        MPluginParameterRecord& record = *info.FindParameter(i);
-        line(record.name.ToUTF8(), record.GetValueText().ToUTF8(), text::Fixed(record.Get01(), 4),
-             ShownAt(record, 0.0) + " to " + ShownAt(record, 1.0));
+        for (std::size_t column = 0; column < widths.size(); ++column)
+            stream << text::Left(row[column], widths[column]);
+        stream << row.back() << '\n';
     }
 }
 
-MPluginParameterRecord& ParameterSettings::Find(const std::string& name) const
+AdapterValue ParameterSettings::Find(const std::string& name) const
 {
-    if (MPluginParameterRecord* const record = runner.FindParameter(MString::FromUTF8(name)))
-        return *record;
+    for (const AdapterValue& value : runner.GetParameters())
+        if (value.GetName() == MString::FromUTF8(name))
+            return value;
     throw Failure("there is no parameter \"" + name + "\"; there are " + ListNames());
 }
 
 std::string ParameterSettings::ListNames() const
 {
     std::string names;
-    const MPluginInfo& info = runner.GetInfo();
-    for (std::int32_t i = 0; i < info.CountParameters(); ++i)
-        names += (i == 0 ? "" : ", ") + info.FindParameter(i)->name.ToUTF8();
+    for (const AdapterValue& value : runner.GetParameters())
+        names += (names.empty() ? "" : ", ") + value.GetName().ToUTF8();
     return names;
 }

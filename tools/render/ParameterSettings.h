@@ -4,7 +4,7 @@
 #include <string>
 
 class EffectRunner;
-struct MPluginParameterRecord;
+struct AdapterValue;
 
 /// Sets and lists the parameters of an effect by name. Case does not matter.
 class ParameterSettings
@@ -17,6 +17,8 @@ public:
     /// @throws MException for an unknown name, a text that cannot be read in full, and a value
     /// outside the range, none of which the effect itself minds.
     void SetText(const std::string& name, const std::string& text);
+    /// The same for the shape: "Saw", "30% Sine, 70% Harmonics", "5.5".
+    void SetShape(const std::string& text);
     /// Takes a normalised value, 0.0 to 1.0. @throws MException outside, or for an unknown name.
     void Set01(const std::string& name, double value01);
 
@@ -24,7 +26,8 @@ public:
     void List(std::ostream& stream) const;
 
 private:
-    MPluginParameterRecord& Find(const std::string& name) const;
+    void Read(const std::string& option, const std::string& name, const std::string& text);
+    AdapterValue Find(const std::string& name) const;
     std::string ListNames() const;
 
     EffectRunner& runner;

@@ -2,28 +2,35 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <optional>
 
-#include "effect/MPluginParameterRecord.h"
+#include "tools/render/AdapterValue.h"
 #include "tools/render/Failure.h"
 #include "tools/render/Text.h"
 
 namespace
 {
 
-/// Of the range of a float: values that close outside are rounding of their text.
+/// Positions that close outside the range are rounding of their text.
 constexpr double RangeTolerance = 1e-9;
+
+/// Not so for a shape, which has a name at both ends.
+bool ShowsNumbers(const AdapterValue& value)
+{
+    return text::ReadNumberWithUnit(value.GetTextAt(0.0)) ||
+           text::ReadNumberWithUnit(value.GetTextAt(1.0));
+}
 
 /// The unit in which the parser takes numbers. A display may scale it ("kHz" for "Hz"), so it is
 /// the shortest of those shown in the range; empty if none is.
-std::string BaseUnit(const MPluginParameterRecord& record)
+std::string BaseUnit(const AdapterValue& value)
 {
     constexpr int Steps = 8;
     std::string shortest;
     for (int i = 0; i <= Steps; ++i)
     {
         const auto shown =
-            text::ReadNumberWithUnit(ShownAt(record, static_cast<double>(i) / Steps));
+            text::ReadNumberWithUnit(value.GetTextAt(static_cast<double>(i) / Steps));
         if (shown && !shown->unit.empty() &&
             (shortest.empty() || shown->unit.size() < shortest.size()))
             shortest = shown->unit;
@@ -38,83 +45,77 @@ bool Abbreviates(const std::string& typed, const MString& unit)
     return unit.Mid(0, text.Length()) == text;
 }
 
-void CheckUnit(const MPluginParameterRecord& record, const std::string& typed)
+void CheckUnit(const AdapterValue& value, const std::string& typed)
 {
-    const std::string unit = BaseUnit(record);
+    const std::string unit = BaseUnit(value);
     // "Cents" shows no unit, but a user may well write one.
-    const MString expected = unit.empty() ? record.name : MString::FromUTF8(unit);
+    const MString expected = unit.empty() ? value.GetName() : MString::FromUTF8(unit);
     if (typed.empty() || Abbreviates(typed, expected))
         return;
     throw Failure("the unit \"" + typed + "\" is not known here; give the number " +
                   (unit.empty() ? "alone" : "in " + unit));
 }
 
-/// The value of the parser; not a number if it reads none.
-double Parse(const MPluginParameterRecord& record, const std::string& text)
+/// Where the value of @p text lies; nothing if there is none in it.
+std::optional<double> Parse(const AdapterValue& value, const std::string& text)
 {
-    MPluginParameterRecord copy = record;
     const MString typed = MString::FromUTF8(text);
-    if (copy.type == MParameterType::Int)
-    {
-        double number = std::numeric_limits<double>::quiet_NaN();
-        typed.ReadDouble(number);
-        return number;
-    }
-    copy.range.asFloat.value = std::numeric_limits<double>::quiet_NaN();
-    copy.ParseValueText(typed);
-    if (!std::isnan(copy.range.asFloat.value))
-        return copy.range.asFloat.value;
     // The ends of a range may show words, such as "Disabled".
     for (const double end : {0.0, 1.0})
-        if (typed == MString::FromUTF8(ShownAt(record, end)))
-            return end == 0.0 ? record.range.asFloat.min : record.range.asFloat.max;
-    return std::numeric_limits<double>::quiet_NaN();
+        if (typed == MString::FromUTF8(value.GetTextAt(end)))
+            return end;
+
+    MAutomationAdapter& adapter = *value.adapter;
+    const double present = adapter.GetRestorableParameter(value.index);
+    const double parsed = adapter.ParseParameterValueName(value.index, typed);
+    if (parsed != present && parsed != value.Get01())
+        return parsed;
+    // The present value is the answer to unreadable texts, too. They follow it elsewhere.
+    adapter.SetParameter(value.index, present < 0.5 ? 1.0 : 0.0, true);
+    const bool isRead = adapter.ParseParameterValueName(value.index, typed) != value.Get01();
+    adapter.SetParameter(value.index, present, true);
+    return isRead ? std::optional(parsed) : std::nullopt;
 }
 
-MException OutOfRange(const MPluginParameterRecord& record)
+/// All words that it shows, to choose from.
+std::string ListWords(const AdapterValue& value)
 {
-    return Failure("it is outside the range of " + ShownAt(record, 0.0) + " to " +
-                   ShownAt(record, 1.0));
+    constexpr int Steps = 240; // meets each of 2 to 6, 9, 11, 13, 16 or 17 entries, and more
+    std::string words, last;
+    for (int i = 0; i <= Steps; ++i)
+    {
+        const std::string shown = value.GetTextAt(static_cast<double>(i) / Steps);
+        if (shown != last && !text::ReadNumberWithUnit(shown))
+            words += (words.empty() ? "" : ", ") + shown;
+        last = shown;
+    }
+    return words;
 }
 
-void Assign(MPluginParameterRecord::FloatRange& range, double value,
-            const MPluginParameterRecord& record)
+MException NoValue(const AdapterValue& value)
 {
-    const double tolerance = RangeTolerance * (range.max - range.min);
-    if (value < range.min - tolerance || value > range.max + tolerance)
-        throw OutOfRange(record);
-    range.value = std::clamp(value, range.min, range.max);
-}
-
-void Assign(MPluginParameterRecord::IntRange& range, double value,
-            const MPluginParameterRecord& record)
-{
-    if (value != std::trunc(value))
-        throw Failure("it takes whole numbers only");
-    if (value < range.min || value > range.max)
-        throw OutOfRange(record);
-    range.value = static_cast<std::int32_t>(value);
+    std::string what = "it is no value; one looks like \"" + value.GetTextAt(0.5) + '"';
+    if (!ShowsNumbers(value))
+        what += "; there are " + ListWords(value);
+    return Failure(what);
 }
 
 } // namespace
 
-std::string ShownAt(const MPluginParameterRecord& record, double value01)
+void ReadParameterText(const AdapterValue& value, const std::string& text)
 {
-    MPluginParameterRecord copy = record;
-    copy.Set01(value01);
-    return copy.GetValueText().ToUTF8();
-}
-
-void ReadParameterText(MPluginParameterRecord& record, const std::string& text)
-{
-    const auto typed = text::ReadNumberWithUnit(text);
-    const double value = Parse(record, text);
-    if (std::isnan(value))
-        throw Failure("it is no value; one looks like \"" + ShownAt(record, 0.5) + "\"");
-    if (typed)
-        CheckUnit(record, typed->unit);
-    if (record.type == MParameterType::Int)
-        Assign(record.range.asInt, value, record);
-    else
-        Assign(record.range.asFloat, value, record);
+    const std::optional<double> parsed = Parse(value, text);
+    if (!parsed || std::isnan(*parsed))
+        throw NoValue(value);
+    if (const auto typed = text::ReadNumberWithUnit(text); typed && ShowsNumbers(value))
+    {
+        CheckUnit(value, typed->unit);
+        if (value.adapter->GetParameterType(value.index) == MAutomationType::Int &&
+            typed->number != std::trunc(typed->number))
+            throw Failure("it takes whole numbers only");
+    }
+    if (*parsed < -RangeTolerance || *parsed > 1.0 + RangeTolerance)
+        throw Failure("it is outside the range of " + value.GetTextAt(0.0) + " to " +
+                      value.GetTextAt(1.0));
+    value.Set01(std::clamp(*parsed, 0.0, 1.0));
 }

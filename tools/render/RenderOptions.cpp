@@ -1,6 +1,7 @@
 #include "tools/render/RenderOptions.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include <CLI/CLI.hpp>
 
@@ -22,12 +23,16 @@ should be and as measured in the first channel of the sound.
   tonvale-render --note 69 a4.wav
   tonvale-render --midi melody.mid --set Wet="-6 dB" --set Width=0.1 melody.wav
   tonvale-render --set Frequency="1000 Hz" --seconds 60 test-tone.wav
-  tonvale-render --list)";
+  tonvale-render --shape "30% Sine, 70% Harmonics" --table cycle.wav
+  tonvale-render --state sound.xml --set Wet="-6 dB" --save-state quieter.xml
+  tonvale-render --list
+
+OUT.wav may be left out with --table, --save-state and --list.)";
 
 /// The texts of the options, to be read once the command line as a whole makes sense.
 struct Texts
 {
-    std::vector<std::string> notes, texts, values01;
+    std::vector<std::string> notes, texts, values01, shapes;
     std::string seconds, rate, block, channels;
 };
 
@@ -131,13 +136,23 @@ private:
         Add("--block", texts.block, "N",
             "Samples that are computed at once, 1 to 16777216;\n"
             "otherwise 512");
+        Add("--state", options.state, "FILE",
+            "Begin with the settings in an XML file, plain or\n"
+            "compressed; those below replace them");
+        shapes = Add("--shape", texts.shapes, "TEXT",
+                     "Set the shape: Saw, \"30% Sine, 70% Harmonics\", or a\n"
+                     "number from 0 to 15. Same as --set Shape=TEXT");
         settingTexts = Add("--set", texts.texts, "NAME=TEXT",
                            "Set a parameter to what it should show, such as\n"
                            "Frequency=\"440 Hz\". May be repeated");
         settings01 = Add("--set01", texts.values01, "NAME=X",
                          "The same by position in its range, 0.0 to 1.0.\n"
                          "Later settings replace earlier ones");
-        app.add_flag("--list", options.isList, "List the parameters, as set, instead of rendering");
+        Add("--save-state", options.saveState, "FILE", "Write the settings to an XML file");
+        Add("--table", options.table, "FILE",
+            "Write the one cycle that is played to a WAV file:\n"
+            "8192 samples, one channel");
+        app.add_flag("--list", options.isList, "List the parameters as set");
     }
 
     void ReadTexts()
@@ -156,16 +171,31 @@ private:
                 ReadInteger("--channels", texts.channels, 1, RenderOptions::MaxChannels);
         ReadSettings();
 
-        if (options.isList && !options.output.empty())
-            throw Failure("--list renders nothing; leave out " + Quoted(options.output));
-        if (!options.isList && options.output.empty())
+        CheckFiles();
+    }
+
+    void CheckFiles() const
+    {
+        std::vector<std::filesystem::path> written;
+        if (!options.output.empty())
+            written.emplace_back(options.output);
+        for (const auto& file : {options.saveState, options.table})
+            if (file)
+                written.emplace_back(*file);
+        if (written.empty() && !options.isList)
             throw Failure("the name of the WAV file to write is missing; --help tells more");
+        for (std::filesystem::path& path : written)
+            path = path.lexically_normal();
+        std::ranges::sort(written);
+        if (const auto same = std::ranges::adjacent_find(written); same != written.end())
+            throw Failure("two things cannot be written to " + Quoted(*same));
     }
 
     void ReadSettings()
     {
         std::size_t textsRead = 0;
         std::size_t values01Read = 0;
+        std::size_t shapesRead = 0;
         for (const CLI::Option* const option : app.parse_order())
         {
             if (option == settingTexts)
@@ -173,6 +203,8 @@ private:
             else if (option == settings01)
                 options.settings.push_back(
                     ReadSetting01("--set01", texts.values01.at(values01Read++)));
+            else if (option == shapes)
+                options.settings.push_back({{}, texts.shapes.at(shapesRead++), std::nullopt});
         }
     }
 
@@ -181,6 +213,7 @@ private:
     CLI::App app;
     const CLI::Option* settingTexts = nullptr;
     const CLI::Option* settings01 = nullptr;
+    const CLI::Option* shapes = nullptr;
 };
 
 } // namespace

@@ -20,7 +20,7 @@ struct RenderOptions
     /// A parameter value, as text or normalised.
     struct Setting
     {
-        std::string name;
+        std::string name;              ///< empty for --shape
         std::string text;              ///< if there is no normalised value
         std::optional<double> value01; ///< any number
     };
@@ -28,7 +28,10 @@ struct RenderOptions
     /// @throws MException that says which argument is wrong and how.
     static RenderOptions Parse(int argumentCount, const char* const* arguments);
 
-    std::string output; ///< path of the WAV file; empty if there is nothing to render
+    std::string output;               ///< path of the WAV file; empty if there is nothing to render
+    std::optional<std::string> state; ///< path; loaded before the settings
+    std::optional<std::string> saveState; ///< path; written after the settings, as is the table
+    std::optional<std::string> table;     ///< path
     std::vector<int> notes;
     std::optional<std::string> midi;  ///< path
     std::optional<std::string> input; ///< path
@@ -37,7 +40,7 @@ struct RenderOptions
     int block = 512;         ///< samples
     int channels = 2;
     std::vector<Setting> settings; ///< in the order of the command line
-    bool isList = false;           ///< list the parameters instead of rendering
+    bool isList = false;           ///< list the parameters
     /// Help or version, for those who asked for it instead of anything else.
     std::optional<std::string> answer;
 };

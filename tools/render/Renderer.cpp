@@ -7,6 +7,7 @@
 
 #include "effect/MPluginInfo.h"
 #include "foundation/values/ValueTexts.h"
+#include "foundation/xml/MXMLItem.h"
 #include "tools/render/ExpectedPitch.h"
 #include "tools/render/Failure.h"
 #include "tools/render/Interruption.h"
@@ -14,13 +15,14 @@
 #include "tools/render/ParameterSettings.h"
 #include "tools/render/ProgressLine.h"
 #include "tools/render/RenderOptions.h"
+#include "tools/render/StateFile.h"
 #include "tools/render/Text.h"
 #include "tools/render/WavWriter.h"
 
 Renderer::Renderer(const RenderOptions& renderOptions) : options(renderOptions)
 {
     ApplySettings();
-    if (options.isList)
+    if (options.output.empty())
         return;
     OpenInput();
     for (const int note : options.notes)
@@ -30,11 +32,19 @@ Renderer::Renderer(const RenderOptions& renderOptions) : options(renderOptions)
 
 void Renderer::ApplySettings()
 {
+    if (options.state)
+    {
+        MXMLItem state("settings");
+        statefile::Load(*options.state, state);
+        runner.LoadState(state);
+    }
     ParameterSettings parameters(runner);
     for (const RenderOptions::Setting& setting : options.settings)
     {
         if (setting.value01)
             parameters.Set01(setting.name, *setting.value01);
+        else if (setting.name.empty())
+            parameters.SetShape(setting.text);
         else
             parameters.SetText(setting.name, setting.text);
     }
@@ -99,6 +109,38 @@ void Renderer::SetLength(double seconds)
                       "most " +
                       text::Fixed(std::floor(static_cast<double>(maxFrames) / rate), 0) +
                       ", or fewer --channels");
+}
+
+void Renderer::Run(std::ostream& report)
+{
+    if (options.saveState)
+        SaveState();
+    if (options.table)
+        WriteTable();
+    if (options.isList)
+        ParameterSettings(runner).List(report);
+    if (options.output.empty())
+        return;
+    Render();
+    if (options.isList)
+        report << '\n';
+    PrintReport(report);
+}
+
+void Renderer::SaveState()
+{
+    MXMLItem state("settings");
+    runner.StoreState(state);
+    statefile::Save(*options.saveState, state);
+}
+
+void Renderer::WriteTable()
+{
+    const std::span<const float> cycle = runner.GetCycle();
+    WavWriter writer(*options.table, 1, options.rate.value_or(RenderOptions::DefaultRate));
+    const std::vector<float> block(cycle.begin(), cycle.end());
+    writer.Write(std::span(&block, 1), static_cast<int>(block.size()));
+    writer.Commit();
 }
 
 void Renderer::Render()
@@ -185,9 +227,4 @@ void Renderer::PrintReport(std::ostream& stream) const
         stream << '\n';
         noteTable->Print(stream);
     }
-}
-
-void Renderer::ListParameters(std::ostream& stream)
-{
-    ParameterSettings(runner).List(stream);
 }

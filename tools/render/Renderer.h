@@ -13,7 +13,7 @@
 struct RenderOptions;
 class WavWriter;
 
-/// Renders what the options ask for into their output file, and reports on it.
+/// Does what the options ask for: writes state, cycle and sound, and reports on them.
 class Renderer
 {
 public:
@@ -21,12 +21,8 @@ public:
     /// @throws MException if anything about them is wrong.
     explicit Renderer(const RenderOptions& renderOptions);
 
-    /// @throws MException if the file cannot be written; an older one then stays.
-    void Render();
-    /// Of the last Render.
-    void PrintReport(std::ostream& stream) const;
-
-    void ListParameters(std::ostream& stream);
+    /// @throws MException if a file cannot be written; an older one then stays.
+    void Run(std::ostream& report);
 
 private:
     void ApplySettings();
@@ -36,6 +32,11 @@ private:
     double DefaultSeconds(double midiSeconds) const;
     void SetLength(double seconds);
 
+    void SaveState();
+    void WriteTable();
+    void Render();
+    /// Of the last Render.
+    void PrintReport(std::ostream& stream) const;
     void RenderBlocks(WavWriter& writer);
     /// Sends the messages that are due, and returns the frame of the next.
     std::int64_t SendDueMessages(std::int64_t position);

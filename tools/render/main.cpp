@@ -3,6 +3,7 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <sstream>
 #include <string>
 
 #include "foundation/threads/MException.h"
@@ -25,14 +26,10 @@ void Run(const RenderOptions& options)
         return;
     }
     interruption::Install();
-    Renderer renderer(options);
-    if (options.isList)
-    {
-        renderer.ListParameters(std::cout);
-        return;
-    }
-    renderer.Render();
-    renderer.PrintReport(std::cout);
+    // Nothing but the complaint is told of a run that fails.
+    std::ostringstream report;
+    Renderer(options).Run(report);
+    std::cout << report.str();
 }
 
 /// One line, whatever the names in it contain.
