@@ -1,7 +1,9 @@
 // tonvale-render as a whole: states that it loads and saves, and the cycle that it shows.
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 #include <gtest/gtest.h>
 
@@ -11,9 +13,12 @@
 #include "tests/TemporaryFolder.h"
 #include "tests/tools/RenderProgram.h"
 #include "tests/tools/WavSound.h"
+#include "tools/render/Text.h"
 
 namespace
 {
+
+const std::string Example = std::string(TONVALE_EXAMPLES) + "/organ.xml";
 
 void RunWell(const TemporaryFolder& folder, const std::vector<std::string>& arguments)
 {
@@ -21,14 +26,41 @@ void RunWell(const TemporaryFolder& folder, const std::vector<std::string>& argu
     EXPECT_EQ(result.exitCode, 0) << result.errors;
 }
 
+void Load(const std::filesystem::path& path, MXMLItem& root)
+{
+    MStdFileStream file(MString::FromUTF8(path.string()), MStdFileStream::Opening::Existing);
+    root.Load(file);
+}
+
+/// Whether all of @p given is in @p saved, which may hold more and leaves out what is 0.
+void ExpectAllOf(const MXMLItem& given, const MXMLItem& saved)
+{
+    for (const auto& [name, value] : given.GetAttributes())
+    {
+        const MString kept = saved.GetAttribute(name, "0");
+        if (const auto number = text::ReadNumber(value.ToUTF8()))
+            EXPECT_NEAR(kept.ToDouble(), *number, 1e-11) << name.ToUTF8();
+        else
+            EXPECT_EQ(kept, value) << name.ToUTF8();
+    }
+    auto next = saved.GetSubItems().begin();
+    for (const auto& item : given.GetSubItems())
+    {
+        next = std::find_if(next, saved.GetSubItems().end(),
+                            [&item](const auto& candidate)
+                            { return candidate->GetName() == item->GetName(); });
+        ASSERT_NE(next, saved.GetSubItems().end()) << item->GetName().ToUTF8();
+        ExpectAllOf(*item, **next++);
+    }
+}
+
 TEST(RenderState, ComesBackFromAFilePlainOrCompressed)
 {
     const TemporaryFolder folder;
-    RunWell(folder, {"--set", "Semitones=3", "--set", "Wet=-12 dB", "--save-state", "a.xml"});
+    RunWell(folder, {"--state", Example, "--set", "Semitones=3", "--set", "Wet=-12 dB", "--shape",
+                     "30% Sine, 70% Harmonics", "--save-state", "a.xml"});
     MXMLItem saved("");
-    MStdFileStream file(MString::FromUTF8((folder / "a.xml").string()),
-                        MStdFileStream::Opening::Existing);
-    saved.Load(file);
+    Load(folder / "a.xml", saved);
     EXPECT_EQ(saved.GetName(), "settings");
     EXPECT_EQ(saved.GetAttribute("parameterSemitones", ""), "3");
     EXPECT_NEAR(saved.GetAttribute("parameterWet", "").ToDouble(), std::pow(10.0, -12.0 / 40.0),
@@ -92,6 +124,19 @@ TEST(RenderState, ShowsOneCycle)
             ASSERT_NEAR(sound.channels[0][i], row.sample(static_cast<double>(i) / 8192.0), 1e-6)
                 << row.arguments[1] << ", " << i;
     }
+}
+
+TEST(RenderState, TakesOverAllOfTheExample)
+{
+    const TemporaryFolder folder;
+    RunWell(folder, {"--state", Example, "--save-state", "a.xml", "--table", "t.wav"});
+    MXMLItem given(""), saved("");
+    Load(Example, given);
+    Load(folder / "a.xml", saved);
+    ExpectAllOf(given, saved);
+
+    const std::vector<float> cycle = WavSound::Read(folder / "t.wav").channels.at(0);
+    EXPECT_NEAR(std::accumulate(cycle.begin(), cycle.end(), 0.0) / 8192.0, 0.0, 0.002);
 }
 
 } // namespace
