@@ -1,6 +1,7 @@
 #include "curves/MADSR.h"
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 #include <string>
 #include <utility>
@@ -76,6 +77,7 @@ const NoteCase NoteCases[] = {
     {"released with a delay", {{0, true}, {300, false, 5.0}}, {{306, 0.5}, {406, 0.25}}},
     {"the way to the sustain counts", {{0, true}, {160, false, 30.0}}, {{191, 0.5}, {291, 0.25}}},
     {"again in the attack", {{0, true}, {60, true}}, {{60, 0.5}, {61, 0.51}, {110, 1.0}}},
+    {"again at full level", {{0, true}, {120, true}}, {{130, 1.0}, {155, 0.75}}},
     {"again at the sustain", {{0, true}, {300, true}}, {{300, 0.5}, {350, 1.0}, {420, 0.5}}},
     {"again in the release, and held",
      {{0, true}, {300, false}, {401, true}},
@@ -121,6 +123,25 @@ const NoteCase NoteCases[] = {
          adsr.EnvelopeAttack.GetPoints()[1].Y = 0.8;
          adsr.EnvelopeRelease.GetPoints()[0].Y = 0.5;
      }},
+    {"a drawn release that would leave the box",
+     {{0, true}, {300, false}},
+     {{301, 0.8}, {401, 0.9}, {501, 1.0}},
+     [](MADSR& adsr)
+     {
+         adsr.CustomShape = true;
+         adsr.EnvelopeAttack.GetPoints()[1].Y = 0.8;
+         adsr.EnvelopeRelease.GetPoints()[0].Y = 0.2;
+         adsr.EnvelopeRelease.GetPoints()[1].Y = 1.0;
+     }},
+    {"a drawn release from zero",
+     {{0, true}, {300, false}},
+     {{300, 1.0}, {301, 0.0}, {401, 0.3}, {501, 0.6}},
+     [](MADSR& adsr)
+     {
+         adsr.CustomShape = true;
+         adsr.EnvelopeRelease.GetPoints()[0].Y = 0.0;
+         adsr.EnvelopeRelease.GetPoints()[1].Y = 0.6;
+     }},
     {"drawn steps of no length",
      {{0, true}, {30, false}},
      {{0, 0.8}, {30, 0.8}, {31, 0.4}, {99, 0.4}},
@@ -145,6 +166,15 @@ TEST(MADSR, PlaysNotes)
             EXPECT_NEAR(levels[static_cast<std::size_t>(step)], level, 1e-6)
                 << row.what << ", step " << step;
     }
+    MADSRState ended{.X = 430.0};
+    Stages().NoteOff(ended, 3.0);
+    EXPECT_EQ(ended.ReleaseCountdown, MADSRState::Held);
+}
+
+double LevelAt(MADSR& adsr, double x)
+{
+    MADSRState state{.X = x};
+    return adsr.Advance(state, 1.0);
 }
 
 /// What Mode2 makes of the way from 0 to 1.
@@ -158,22 +188,47 @@ double Bend(double curvature, double u)
 TEST(MADSR, BendsTheAttackAgainstItsShapeAndTheOthersAlongTheirs)
 {
     MADSR adsr = Stages();
-    const NoteCase note = {"", {{0, true}, {200, false}}, {{450, 0.0}}};
     for (const double shape : {-1.0, -0.3, 0.0, 0.6, 1.0})
-    {
-        adsr.AttackShape = shape;
-        adsr.DecayShape = shape / 2.0;
-        adsr.ReleaseShape = -shape;
-        adsr.Rebuild();
-        const std::vector<double> levels = Play(adsr, note);
-        for (const double u : {0.1, 0.5, 0.9})
+        for (const double delay : {0.0, 0.01})
         {
-            const auto at = [&levels](double step)
-            { return levels[static_cast<std::size_t>(step + 0.5)]; };
-            EXPECT_NEAR(at(10.0 + 100.0 * u), Bend(-shape, u), 1e-9);
-            EXPECT_NEAR(at(130.0 + 50.0 * u), 1.0 - 0.5 * Bend(shape / 2.0, u), 1e-9);
-            EXPECT_NEAR(at(201.0 + 200.0 * u), 0.5 - 0.5 * Bend(-shape, u), 1e-9);
+            adsr.Delay = delay;
+            adsr.AttackShape = shape;
+            adsr.DecayShape = shape / 2.0;
+            adsr.ReleaseShape = -shape;
+            adsr.Rebuild();
+            const double start = delay * 1000.0;
+            for (const double u : {0.1, 0.5, 0.9})
+            {
+                EXPECT_NEAR(LevelAt(adsr, start + 100.0 * u), Bend(-shape, u), 1e-9);
+                EXPECT_NEAR(LevelAt(adsr, start + 120.0 + 50.0 * u),
+                            1.0 - 0.5 * Bend(shape / 2.0, u), 1e-9);
+                EXPECT_NEAR(LevelAt(adsr, start + 220.0 + 200.0 * u), 0.5 - 0.5 * Bend(-shape, u),
+                            1e-9);
+            }
         }
+}
+
+TEST(MADSR, SmoothsTheJointsUpToTheSustainAlone)
+{
+    MADSR adsr = Stages();
+    constexpr double Tiny = 1e-4; // samples
+    for (const double smoothing : {0.0, 0.2, 0.9})
+    {
+        adsr.Smoothing = smoothing;
+        adsr.Rebuild();
+        const auto kink = [&adsr](double x)
+        {
+            const double middle = LevelAt(adsr, x);
+            return std::abs(LevelAt(adsr, x + Tiny) - 2.0 * middle + LevelAt(adsr, x - Tiny)) /
+                   Tiny;
+        };
+        for (const double joint : {10.0, 110.0, 130.0, 180.0})
+            EXPECT_EQ(kink(joint) < 1e-4, smoothing > 0.0) << joint << ' ' << smoothing;
+        // Each side of a joint reaches towards its own neighbour, and the sustain is flat.
+        EXPECT_EQ(std::abs(LevelAt(adsr, 70.0) - 0.6) > 1e-6, smoothing > 0.8);
+        EXPECT_NEAR(LevelAt(adsr, 180.0), 0.5, 1e-12);
+        for (const double corner : {230.0, 430.0}) // 0.5 in 200 samples
+            EXPECT_NEAR(kink(corner), 0.0025, 1e-6) << corner << ' ' << smoothing;
     }
 }
 
@@ -200,11 +255,6 @@ TEST(MADSR, ComesBackToTheAttackAtItsLevel)
 {
     std::mt19937 random(2);
     MADSR adsr;
-    const auto levelAt = [&adsr](double x)
-    {
-        MADSRState state{.X = x};
-        return adsr.Advance(state, 1.0);
-    };
     for (int run = 0; run < 2000; ++run)
     {
         Randomise(adsr, random, 0.5);
@@ -213,7 +263,7 @@ TEST(MADSR, ComesBackToTheAttackAtItsLevel)
         adsr.Rebuild();
         const double share = std::uniform_real_distribution(0.0, 1.0)(random);
         MADSRState state{.X = adsr.HoldEnd + share * (adsr.TotalEnd - adsr.HoldEnd)};
-        const double before = levelAt(state.X);
+        const double before = LevelAt(adsr, state.X);
         adsr.NoteOn(state, -1.0);
         ASSERT_GE(state.X, adsr.DelayEnd);
         ASSERT_LE(state.X, adsr.AttackEnd);
@@ -221,8 +271,8 @@ TEST(MADSR, ComesBackToTheAttackAtItsLevel)
             continue; // a step has no levels to come back at
         // Smoothing may take the ends of the attack away.
         const double top = std::nextafter(adsr.AttackEnd, 0.0);
-        EXPECT_NEAR(levelAt(state.X), std::clamp(before, levelAt(adsr.DelayEnd), levelAt(top)),
-                    2e-5)
+        EXPECT_NEAR(LevelAt(adsr, state.X),
+                    std::clamp(before, LevelAt(adsr, adsr.DelayEnd), LevelAt(adsr, top)), 2e-5)
             << run;
     }
 }
@@ -230,13 +280,14 @@ TEST(MADSR, ComesBackToTheAttackAtItsLevel)
 TEST(MADSR, StaysFiniteAtAnyRateAndLength)
 {
     std::mt19937 random(3);
-    for (const double rate : {0.0, 1e-3, 44100.0, 6.144e6, -1.0})
+    for (const double rate : {0.0, 1e-3, 44100.0, 6.144e6, -1.0, std::nan("")})
         for (const double most : {1e-9, 0.01, MADSR::MaxSeconds})
             for (int run = 0; run < 50; ++run)
             {
                 MADSR adsr;
                 Randomise(adsr, random, most);
                 adsr.SetSampleRate(rate);
+                ASSERT_GE(adsr.TotalEnd, 0.0);
                 MADSRState state;
                 for (int step = 0; step < 200; ++step)
                 {
