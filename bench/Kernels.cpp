@@ -21,6 +21,7 @@
 #include "dsp/kernels/Ramps.h"
 #include "dsp/kernels/RealFFT.h"
 #include "dsp/kernels/Reference.h"
+#include "dsp/kernels/Shapes.h"
 #include "dsp/kernels/Spectra.h"
 
 namespace
@@ -40,7 +41,7 @@ void FillWithNoise(Block& block, float low, float high)
 {
     std::mt19937 random(static_cast<unsigned>(block.size()));
     std::uniform_real_distribution<float> level(low, high);
-    for (float& sample : block)
+    for (auto& sample : block)
         sample = level(random);
 }
 
@@ -61,6 +62,7 @@ struct Blocks
         FillWithNoise(b, -1.0f, 1.0f);
         FillWithNoise(positions, 0.0f, Mask);
         FillWithNoise(taps, -1.0f, 1.0f);
+        FillWithNoise(doublePositions, 0.0f, Mask);
         other.fill(0.75f);
         spectrum.fill(1.0f);
         spectrumA.fill(Complex(0.3f, 0.7f));
@@ -73,6 +75,7 @@ struct Blocks
     BlockT<float> b{};
     BlockT<float> positions{};
     BlockT<float, TapCount> taps{};
+    BlockT<double> doublePositions{};
     BlockT<double> doubles{};
     BlockT<std::uint32_t> pixels{};
     BlockT<Complex> spectrum{};
@@ -122,6 +125,7 @@ constexpr Row Rows[] = {
     ROW("Mix", Mix(x.dst.data(), x.a.data(), 0.7f, x.b.data(), 0.3f, n)),
     ROW("AddConstant", AddConstant(x.dst.data(), 1e-18f, n)),
     ROW("Clamp", Clamp(x.b.data(), 0.9f, n)),
+    ROW("ZeroNonFinite", ZeroNonFinite(x.b.data(), n)),
     ROW("MidSide", MidSide(x.dst.data(), x.other.data(), n)),
     ROW("SumDifference", SumDifference(x.dst.data(), x.other.data(), n)),
     RESULT_ROW("PeakAbs", PeakAbs(x.a.data(), n)),
@@ -130,6 +134,11 @@ constexpr Row Rows[] = {
     ROW("RampScaleAdd", RampScaleAdd(x.dst.data(), x.a.data(), 1.0f, 1e-6f, n)),
     RESULT_ROW("ReadCycle", ReadCycle(x.dst.data(), x.a.data(), 0.3, 440.0 / 48000.0, n)),
     ROW("Lookup", Lookup(x.dst.data(), x.a.data(), x.positions.data(), n, Mask)),
+    ROW("Lookup/double", Lookup(x.dst.data(), x.a.data(), x.doublePositions.data(), n, Mask)),
+    ROW("AddStrided/stride:2", AddStrided(x.dst.data(), x.a.data(), 5, 2, 1e-3f, n, Mask)),
+    ROW("AddStrided/stride:7", AddStrided(x.dst.data(), x.a.data(), 5, 7, 1e-3f, n, Mask)),
+    ROW("AddStrided/stride:8", AddStrided(x.dst.data(), x.a.data(), 5, 8, 1e-3f, n, Mask)),
+    ROW("PowerRamp", PowerRamp(x.doubles.data(), DX, 2.7, 0, n)),
     {"Resample", [](Blocks& x, int n) { Resample(x.dst.data(), n, x.a.data(), MaxLength / 2); },
      nullptr},
     ROW("Polynomial/float/order:2", Polynomial(x.dst.data(), Coefficients.data(), 2, 0.1, DX, n)),

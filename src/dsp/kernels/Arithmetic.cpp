@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <limits>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "dsp/kernels/Arithmetic.cpp"
@@ -128,6 +129,18 @@ void Clamp(float* dst, float limit, int n)
         dst);
 }
 
+void ZeroNonFinite(float* dst, int n)
+{
+    Map(
+        dst, n,
+        [](auto lanes, auto d) HWY_ATTR
+        {
+            const auto largest = hn::Set(lanes, std::numeric_limits<float>::max());
+            return hn::IfThenElseZero(hn::Le(hn::Abs(d), largest), d);
+        },
+        dst);
+}
+
 void MidSide(float* l, float* r, int n)
 {
     MapPair(l, r, n,
@@ -170,6 +183,7 @@ DEFINE_KERNEL(void, Mix, (float* dst, const float* a, float ka, const float* b, 
               (dst, a, ka, b, kb, n))
 DEFINE_KERNEL(void, AddConstant, (float* dst, float k, int n), (dst, k, n))
 DEFINE_KERNEL(void, Clamp, (float* dst, float limit, int n), (dst, limit, n))
+DEFINE_KERNEL(void, ZeroNonFinite, (float* dst, int n), (dst, n))
 DEFINE_KERNEL(void, MidSide, (float* l, float* r, int n), (l, r, n))
 DEFINE_KERNEL(void, SumDifference, (float* m, float* s, int n), (m, s, n))
 

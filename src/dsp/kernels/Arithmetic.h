@@ -39,6 +39,9 @@ void AddConstant(float* dst, float k, int n) noexcept;
 /// A limit below 0 or one that is not a number leaves all as it is.
 void Clamp(float* dst, float limit, int n) noexcept;
 
+/// Samples that are infinite or no numbers become 0.
+void ZeroNonFinite(float* dst, int n) noexcept;
+
 /// Two channels, which must not overlap, turn into their middle and half their difference:
 /// l = (l + r) * 0.5, r = (l - r) * 0.5 of the old values. SumDifference is the way back.
 void MidSide(float* l, float* r, int n) noexcept;

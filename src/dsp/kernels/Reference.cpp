@@ -158,6 +158,15 @@ void Clamp(float* dst, float limit, int n) noexcept
             std::isnan(dst[i]) ? 0.0f : std::copysign(std::min(std::abs(dst[i]), limit), dst[i]);
 }
 
+void ZeroNonFinite(float* dst, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        if (!std::isfinite(dst[i]))
+            dst[i] = 0.0f;
+}
+
 void MidSide(float* l, float* r, int n) noexcept
 {
     if (AnyNull(l, r))
@@ -257,6 +266,39 @@ void Lookup(float* dst, const float* source, const float* position, int n, int m
         const int b = (a + 1) & mask;
         const float f = p - static_cast<float>(a);
         dst[i] = source[a] * (1.0f - f) + source[b] * f;
+    }
+}
+
+void Lookup(float* dst, const float* source, const double* position, int n, int mask) noexcept
+{
+    if (AnyNull(dst, source, position) || mask < 0 || mask > MaxLookupMask)
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const double p = std::isnan(position[i]) ? 0.0 : std::clamp(position[i], 0.0, mask + 1.0);
+        const int whole = static_cast<int>(p);
+        const auto f = static_cast<float>(p - whole);
+        dst[i] = source[whole] * (1.0f - f) + source[(whole + 1) & mask] * f;
+    }
+}
+
+void AddStrided(float* dst, const float* source, int first, int stride, float gain, int n,
+                int mask) noexcept
+{
+    if (AnyNull(dst, source) || mask < 0)
+        return;
+    for (std::int64_t i = 0; i < n; ++i)
+        dst[i] += source[(first + i * stride) & mask] * gain;
+}
+
+void PowerRamp(double* dst, double step, double exponent, int first, int n) noexcept
+{
+    if (AnyNull(dst) || first < 0 || !(step > 0.0) || !(exponent > 0.0))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const double index = static_cast<double>(first) + i;
+        dst[i] = index > 0.0 ? std::pow(index * step, exponent) : 0.0;
     }
 }
 

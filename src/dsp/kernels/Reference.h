@@ -5,8 +5,9 @@
 #include "dsp/kernels/Spectra.h"
 
 /// The kernels once more as plain loops: what a kernel has to equal, and what it has to beat.
-/// ReadCycle differs within the rounding of phases, SumSquares within that of its sum, and the
-/// others in nothing. Resample is a plain loop itself. For tests and measurements.
+/// ReadCycle differs within the rounding of phases, SumSquares within that of its sum, PowerRamp
+/// within what it promises, and the others in nothing. Resample is a plain loop itself. For tests
+/// and measurements.
 namespace kernels::reference
 {
 
@@ -21,6 +22,7 @@ void ScaleAdd(float* dst, const float* src, float k, int n) noexcept;
 void Mix(float* dst, const float* a, float ka, const float* b, float kb, int n) noexcept;
 void AddConstant(float* dst, float k, int n) noexcept;
 void Clamp(float* dst, float limit, int n) noexcept;
+void ZeroNonFinite(float* dst, int n) noexcept;
 void MidSide(float* l, float* r, int n) noexcept;
 void SumDifference(float* m, float* s, int n) noexcept;
 
@@ -35,6 +37,11 @@ void RampMix(float* dst, const float* src, float dstStart, float dstStep, float 
 /// Adds up the phase sample by sample; all phases must be finite, 0 or more and below 2^49.
 double ReadCycle(float* dst, const float* table, double phase, double step, int n) noexcept;
 void Lookup(float* dst, const float* source, const float* position, int n, int mask) noexcept;
+
+void Lookup(float* dst, const float* source, const double* position, int n, int mask) noexcept;
+void AddStrided(float* dst, const float* source, int first, int stride, float gain, int n,
+                int mask) noexcept;
+void PowerRamp(double* dst, double step, double exponent, int first, int n) noexcept;
 
 void Polynomial(float* dst, const double* c, int order, double x, double dx, int n) noexcept;
 void Polynomial(double* dst, const double* c, int order, double x, double dx, int n) noexcept;

@@ -149,6 +149,35 @@ TEST_P(Arithmetic, ClampsWhateverASampleIs)
         }
 }
 
+TEST_P(Arithmetic, TakesTheSamplesThatAreNotFiniteForSilence)
+{
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
+    constexpr float Largest = std::numeric_limits<float>::max();
+    constexpr float Tiny = std::numeric_limits<float>::denorm_min();
+    const std::vector<float> samples{NotANumber, 0.5f,      Infinity, -Largest, -NotANumber,
+                                     -0.0f,      -Infinity, -Tiny,    Largest,  1.0f};
+    const std::vector<float> expected{0.0f,  0.5f, 0.0f,  -Largest, 0.0f,
+                                      -0.0f, 0.0f, -Tiny, Largest,  1.0f};
+    for (const int n : KernelLengths())
+    {
+        GuardedBlockT<float> actual(n, 1, 3);
+        GuardedBlockT<float> wanted(n, 1, 3);
+        GuardedBlockT<float> byReference(n, 1, 3);
+        for (int i = 0; i < n; ++i)
+        {
+            const auto at = static_cast<std::size_t>(i) % samples.size();
+            actual.Data()[i] = byReference.Data()[i] = samples[at];
+            wanted.Data()[i] = expected[at];
+        }
+        ZeroNonFinite(actual.Data(), n);
+        reference::ZeroNonFinite(byReference.Data(), n);
+        EXPECT_TRUE(actual.HasBitsOf(wanted)) << n;
+        EXPECT_TRUE(actual.GuardsAreIntact()) << n;
+        EXPECT_TRUE(byReference.HasBitsOf(wanted)) << n << ", reference";
+    }
+}
+
 TEST_P(Arithmetic, FillsPixels)
 {
     for (const int n : KernelLengths())
@@ -216,6 +245,7 @@ TEST_P(Arithmetic, IgnoresNullPointers)
     Mix(block.data(), block.data(), 2.0f, nullptr, 2.0f, 20);
     AddConstant(nullptr, 2.0f, 20);
     Clamp(nullptr, 0.1f, 20);
+    ZeroNonFinite(nullptr, 20);
     for (const PairCase& row : PairCases)
     {
         row.kernel(nullptr, block.data(), 20);
