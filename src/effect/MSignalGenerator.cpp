@@ -1,7 +1,6 @@
 #include "effect/MSignalGenerator.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -19,18 +18,6 @@ constexpr double LeastDepth = 1e-5;   ///< below it a source is off
 constexpr double FullDepth = 0.99999; ///< from here on a source stands alone
 /// A peak below it counts as this, so that near silence is not blown up.
 constexpr float LeastPeak = 0.1f;
-
-/// Makes silence of samples that are infinite or not numbers.
-/// By their bits, since comparisons of broken numbers would keep the loop from being vectorised.
-void Mend(float* cycle) noexcept
-{
-    constexpr std::uint32_t Exponent = 0x7f800000;
-    for (int i = 0; i < MSignalGenerator::TableLength; ++i)
-    {
-        const auto bits = std::bit_cast<std::uint32_t>(cycle[i]);
-        cycle[i] = std::bit_cast<float>((bits & Exponent) == Exponent ? 0 : bits);
-    }
-}
 
 MString StepKey(std::size_t step)
 {
@@ -62,7 +49,7 @@ void MSignalGenerator::Rebuild()
     if (Operations.AmplitudeTransformEnable)
     {
         Operations.ProcessAmplitude(std::span(Table).first<TableLength>());
-        Mend(Table.data());
+        kernels::ZeroNonFinite(Table.data(), TableLength);
     }
     Table.back() = Table.front();
     Rate = CycleCount / CycleLength;
@@ -148,7 +135,7 @@ void MSignalGenerator::Smooth() noexcept
 
 void MSignalGenerator::Normalise() noexcept
 {
-    Mend(RenderBuffer.data());
+    kernels::ZeroNonFinite(RenderBuffer.data(), TableLength);
     const float peak = kernels::PeakAbs(RenderBuffer.data(), TableLength);
     kernels::Scale(Table.data(), RenderBuffer.data(), 1.0f / std::max(peak, LeastPeak),
                    TableLength);
