@@ -23,7 +23,7 @@ class EffectRunner final : private MParameterOwner
 public:
     /// @throws MException if the effect cannot be created.
     EffectRunner();
-    ~EffectRunner();
+    virtual ~EffectRunner();
     EffectRunner(const EffectRunner&) = delete;
     EffectRunner& operator=(const EffectRunner&) = delete;
 

@@ -15,10 +15,10 @@ constexpr const char* Description =
     "Plays the Tonvale oscillator into a WAV file of 32-bit floats.";
 
 constexpr const char* Notes =
-    R"(The oscillator plays one note at a time and never stops: it begins with C5,
-changes with each note that is switched on, and notes that are switched off
-change nothing. With --midi, a table tells the frequency of each note as it
-should be and as measured in the first channel of the sound.
+    R"(The oscillator plays one note at a time and never stops: it begins with C5
+or the note of the state, changes with each note that is switched on, and notes
+that are switched off change nothing. With --midi, a table tells the frequency
+of each note as it should be and as measured in the first channel of the sound.
 
   tonvale-render --note 69 a4.wav
   tonvale-render --midi melody.mid --set Wet="-6 dB" --set Width=0.1 melody.wav
