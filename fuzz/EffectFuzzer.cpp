@@ -1,6 +1,7 @@
 // Drives the oscillator through its entry point with calls in any order: states from strangers,
 // typed texts, MIDI, changes of layout, and blocks. Whatever comes, the output stays finite.
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -8,9 +9,13 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include "effect/MAudioEffectPlugin.h"
 #include "effect/MPluginInfo.h"
 #include "effect/MPluginParameterRecord.h"
 #include "effect/TonvaleAudioEffectPluginInterface.h"
+#include "effect/parameters/MParameterList.h"
+#include "effect/parameters/MParameterOwner.h"
+#include "foundation/threads/MLock.h"
 #include "foundation/xml/MXMLItem.h"
 #include "shell/midi/MMIDIProcessor.h"
 
@@ -41,13 +46,15 @@ constexpr const char* Names[] = {
     "Mode 1", "Mode 2", "Mode 3", "Free 1", "Smooth 1", "Smooth 2", "Stairs", "Pulses", "1", "-1",
 };
 
-class Driver
+class Driver final : public MParameterOwner
 {
 public:
     explicit Driver(FuzzedDataProvider& source) : data(source)
     {
         Call(MPluginCommand::SetHost);
         info = reinterpret_cast<MPluginInfo*>(Call(MPluginCommand::GetInfo));
+        parameters.Wire(*reinterpret_cast<MAudioEffectPlugin*>(Call(MPluginCommand::GetInstance)),
+                        *this);
         decoder.AddListener(*info->midiProcessor, MMIDIProcessorBase::AllChannels);
     }
     ~Driver() { Call(MPluginCommand::Destroy); }
@@ -143,16 +150,14 @@ private:
 
     void TypeText()
     {
-        const int index = data.ConsumeIntegralInRange(0, 7);
-        MPluginParameterRecord& record = *info->FindParameter(index);
-        record.ParseValueText(MString::FromUTF8(data.ConsumeRandomLengthString(24)));
+        const int index = data.ConsumeIntegralInRange(0, parameters.GetParameterCount() - 1);
+        MAutomationAdapter& adapter = *parameters.FindAdapter(index);
+        const int place = index - adapter.GetFirstIndex();
+        const double value01 = adapter.ParseParameterValueName(
+            place, MString::FromUTF8(data.ConsumeRandomLengthString(24)));
         // Who takes typed texts limits them.
-        if (record.type == MParameterType::Float)
-            record.range.asFloat.value =
-                std::min(std::max(double{record.range.asFloat.value}, record.range.asFloat.min),
-                         record.range.asFloat.max);
-        record.GetValueText();
-        Call(MPluginCommand::ParameterChanged, index);
+        adapter.SetParameter(place, std::clamp(value01, 0.0, 1.0), data.ConsumeBool());
+        adapter.GetParameterValueName(place);
     }
 
     void SendMidi()
@@ -162,6 +167,10 @@ private:
                                                    data.ConsumeIntegral<std::uint8_t>()};
         decoder.ProcessMIDIEvent(data.ConsumeIntegral<std::int16_t>(), bytes.data());
     }
+
+    MLock& GetProcessingLock() noexcept override { return processingLock; }
+    void NeedUpdateEditor(MAutomationAdapter& /*adapter*/) override {}
+    void OnCustomParameterChanged(MAutomationAdapter& /*adapter*/) override {}
 
     void PlayBlock()
     {
@@ -187,6 +196,8 @@ private:
     FuzzedDataProvider& data;
     void* plugin = nullptr;
     MPluginInfo* info = nullptr;
+    MLock processingLock; ///< which the effect shares to its end
+    MParameterList parameters;
     MMIDIProcessor decoder;
 };
 

@@ -93,17 +93,6 @@ struct MPluginParameterRecord
     /// Turns modulation on or off; it starts from the value where the user left it.
     void SetModulated(bool on) noexcept;
 
-    /// The value on a scale of 0.0 to 1.0; never the alternate.
-    double Get01() const noexcept;
-    /// Writes the value, or the alternate while modulated. Floats and ints are not limited; an int
-    /// is truncated toward zero, so it reaches max only at 1.0.
-    void Set01(double value01) noexcept;
-
-    /// Not const for the text function's sake alone.
-    MString GetValueText();
-    /// Sets the value from a display text, without limits; unreadable text leaves it.
-    void ParseValueText(const MString& input);
-
     /// Under "parameter" + key (enums: + "Enum", by name). Headings are not stored.
     void Store(MXMLItem& item) const;
     /// Missing or unknown values become the default, others are limited to the range.

@@ -211,8 +211,8 @@ bool TonvaleAudioEffectPlugin::Load(MXMLItem& item)
 {
     // Held to the end, so that no block hears half of the state.
     const MLockGuard guard(GetLock());
-    noteIndex = static_cast<std::int32_t>(item.GetAttribute("NoteIndex", DefaultNote).ToInteger());
     if (item.HasSubItem("Shape"))
-        generator.Load(item.GetSubItem());
+        generator.Load(item.GetSubItem()); // may refuse the state, with all as it was
+    noteIndex = static_cast<std::int32_t>(item.GetAttribute("NoteIndex", DefaultNote).ToInteger());
     return MAudioEffectPlugin::Load(item);
 }
