@@ -55,10 +55,11 @@ double MPluginParameterRecord::Effective() const noexcept
 
 void MPluginParameterRecord::SetModulated(bool on) noexcept
 {
+    // By way of plain numbers: a copy of the object itself would be no single access.
     if (type == MParameterType::Float)
-        range.asFloat.alternate = range.asFloat.value;
+        range.asFloat.alternate = double{range.asFloat.value};
     else if (type == MParameterType::Int)
-        range.asInt.alternate = range.asInt.value;
+        range.asInt.alternate = std::int32_t{range.asInt.value};
     flags = on ? flags | Modulated : flags & ~Modulated;
 }
 

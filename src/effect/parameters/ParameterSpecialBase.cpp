@@ -7,7 +7,7 @@
 #include "foundation/threads/MLockGuard.h"
 #include "foundation/values/ValueTexts.h"
 
-const ParameterScale ParameterScale::Fraction = {
+constinit const ParameterScale ParameterScale::Fraction = {
     .to01 = [](double number) noexcept { return number; },
     .from01 = [](double value01) noexcept { return value01; },
     .getText = &valuetexts::Percents,

@@ -65,7 +65,7 @@ private:
     MLock ownLock;
 };
 
-/// Over an object of the effect, which tells @p Editor when it is open.
+/// Over an @p Object of the effect, for which an @p Editor may be open.
 template <typename Object, typename Editor>
 class ParameterSpecialBase : public ParameterSpecialMainBase
 {
