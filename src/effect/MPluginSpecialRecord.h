@@ -16,7 +16,7 @@ struct MPluginSpecialRecord
 {
     MSpecialKind kind = MSpecialKind::SignalGenerator;
     MString name;
-    MString secondName;
+    MString secondName; ///< the id of its parameters; empty for the name
     void* data = nullptr;
     /// Points to the pointer that holds the open editor, which is null while none is open.
     void* editorSlot = nullptr;

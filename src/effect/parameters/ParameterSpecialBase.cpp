@@ -27,10 +27,13 @@ ParameterSpecialMainBase::ParameterSpecialMainBase(std::int32_t objectKind,
                                                    std::span<const Value> objectValues,
                                                    const MPluginSpecialRecord& special,
                                                    MParameterOwner* parameterOwner)
-    : ParameterMainBase(
-          objectKind, static_cast<int>(objectValues.size()),
-          {.name = special.name, .section = {}, .id = {}, .help = {}, .tag = special.tag},
-          parameterOwner),
+    : ParameterMainBase(objectKind, static_cast<int>(objectValues.size()),
+                        {.name = special.name,
+                         .section = {},
+                         .id = special.secondName,
+                         .help = {},
+                         .tag = special.tag},
+                        parameterOwner),
       values(objectValues)
 {
 }

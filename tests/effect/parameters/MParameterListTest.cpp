@@ -41,12 +41,12 @@ TEST(MParameterList, BuildsAnObjectForEachPublishedRecordAndSpecial)
             record.name = MString::FromInteger(static_cast<int>(i));
             record.tag = static_cast<std::int32_t>(10 + i);
             record.help = "Help";
-            if (i == 2 || i == 3)
+            if (i >= 2 && i <= 4)
                 record.flags = record.flags | MPluginParameterRecord::SectionStart;
             if (i == 5)
                 record.flags = record.flags & ~MPluginParameterRecord::Published;
         }
-        plugin.specials[0] = {MSpecialKind::ADSR, "Envelope", "", &adsr, nullptr, 0};
+        plugin.specials[0] = {MSpecialKind::ADSR, "Envelope", "Env", &adsr, nullptr, 0};
         plugin.specials[1] = {MSpecialKind::ParameterObject, "Ready", "", &readyMade, nullptr, 0};
         plugin.specials[2] = {MSpecialKind::SignalGenerator, "Shape", "", &generator, nullptr, 7};
         plugin.Publish(isIndirect, FakePlugin::Count, 3);
@@ -78,6 +78,8 @@ TEST(MParameterList, BuildsAnObjectForEachPublishedRecordAndSpecial)
                 }
             }
         }
+        EXPECT_EQ(list.GetAdapters()[3]->GetParameterID(1).ToUTF8(), "Env attack");
+        EXPECT_EQ(list.GetAdapters()[5]->GetParameterID(3).ToUTF8(), "Shape smoothness");
         EXPECT_EQ(list.GetAdapters()[4], &readyMade);
         EXPECT_FALSE(readyMade.IsTemporary());
         EXPECT_EQ(list.GetParameterCount(), 20);

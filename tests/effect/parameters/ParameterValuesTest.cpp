@@ -213,6 +213,17 @@ TEST(ParameterValues, FloatsBendByTheirLaw)
     }
 }
 
+TEST(ParameterValues, BlankTextsNeverReachATextFunction)
+{
+    MPluginParameterRecord record = Float(MParameterLaw::Linear, 0.0, 1.0);
+    record.valueText = [](MString& /*result*/, MPluginParameterRecord& to, const MString& /*input*/,
+                          const MString& /*format*/) { to.range.asFloat.value = 0.25; };
+    Single<ParameterFloatT> single(record);
+    for (const char* const blank : {"", "  ", "\t\n"})
+        EXPECT_EQ(single.parameter.ParseParameterValueName(0, blank), 1.0);
+    EXPECT_EQ(single.parameter.ParseParameterValueName(0, "x"), 0.25);
+}
+
 TEST(ParameterValues, EnumsFallIntoEqualPiecesAndReadAsEnds)
 {
     static constexpr const char* Names[] = {"a", "b", "c", "d"};
@@ -263,11 +274,14 @@ TEST(ParameterValues, SwitchesTurnOnAtAHalf)
         EXPECT_EQ(parameter->GetParameterType(0), MAutomationType::Bool);
         for (const double x : {0.5, 0.49, 7.0, 0.0})
         {
+            const bool before = isOn(*parameter);
             EXPECT_EQ(parameter->GetParameterValueNameFrom01(0, x).ToUTF8(), x < 0.5 ? "0" : "1");
-            EXPECT_EQ(parameter->ParseParameterValueName(0, "1"), 1.0);
-            EXPECT_EQ(isOn(*parameter), parameter->GetParameter(0) == 1.0) << "only asked";
+            EXPECT_EQ(parameter->ParseParameterValueName(0, before ? "0" : "1"),
+                      before ? 0.0 : 1.0);
+            EXPECT_EQ(isOn(*parameter), before) << "only asked";
             parameter->SetParameter(0, x, true);
             EXPECT_EQ(isOn(*parameter), x >= 0.5);
+            EXPECT_EQ(parameter->GetParameter(0), x < 0.5 ? 0.0 : 1.0);
         }
     }
     EXPECT_EQ(bools.parameter.GetParameterDefaultValue(0), 1.0);
