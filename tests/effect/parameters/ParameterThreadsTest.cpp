@@ -11,9 +11,14 @@
 namespace
 {
 
-class CountingOwner final : public MParameterOwner
+class CountingOwner : public MParameterOwner
 {
 public:
+    CountingOwner() = default;
+    CountingOwner(const CountingOwner&) = delete;
+    CountingOwner& operator=(const CountingOwner&) = delete;
+    virtual ~CountingOwner() = default;
+
     MLock& GetProcessingLock() noexcept override { return lock; }
     void NeedUpdateEditor(MAutomationAdapter& /*adapter*/) override { ++updates; }
     void OnCustomParameterChanged(MAutomationAdapter& /*adapter*/) override {}

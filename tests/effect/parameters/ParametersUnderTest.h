@@ -32,9 +32,14 @@ public:
 };
 
 /// Writes down what it is told, for one thread.
-class FakeOwner final : public MParameterOwner
+class FakeOwner : public MParameterOwner
 {
 public:
+    FakeOwner() = default;
+    FakeOwner(const FakeOwner&) = delete;
+    FakeOwner& operator=(const FakeOwner&) = delete;
+    virtual ~FakeOwner() = default;
+
     MLock& GetProcessingLock() noexcept override { return lock; }
     void NeedUpdateEditor(MAutomationAdapter& /*adapter*/) override { log += "editor "; }
     void OnCustomParameterChanged(MAutomationAdapter& /*adapter*/) override { log += "custom "; }
