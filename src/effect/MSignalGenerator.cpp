@@ -59,7 +59,10 @@ void MSignalGenerator::Rebuild()
 int MSignalGenerator::SplitShape() noexcept
 {
     static_assert(PresetShapeTables::Count == valuetexts::ShapeCount);
-    Shape = std::clamp(Shape, 0.0, PresetShapeTables::Count - 1.0);
+    // Hosts read the field while this runs, and nearly always there is nothing to write.
+    const double limited = std::clamp(Shape, 0.0, PresetShapeTables::Count - 1.0);
+    if (limited != Shape)
+        Shape = limited;
     const valuetexts::ShapePosition place = valuetexts::SplitShapePosition(Shape);
     ShapeFraction = static_cast<float>(place.fraction);
     return place.index;
