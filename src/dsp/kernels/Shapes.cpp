@@ -41,6 +41,13 @@ void ForAll(int n, At at)
         at(hn::CappedTag<T, 1>(), i);
 }
 
+/// Neighbours in the source.
+struct Pair
+{
+    float left;
+    float right;
+};
+
 /// Where to read, and between which samples: the samples are fetched one by one, as processors do
 /// not gather any faster, and all else is reckoned in vectors.
 struct Places
@@ -51,7 +58,7 @@ struct Places
 
     HWY_ALIGN std::int32_t whole[ChunkLength];
     HWY_ALIGN float fraction[ChunkLength];
-    HWY_ALIGN float pairs[2 * ChunkLength];
+    HWY_ALIGN Pair pairs[ChunkLength];
 };
 
 void Places::Find(const double* position, int n, double end)
@@ -77,12 +84,9 @@ void Places::Fetch(const float* source, int n, int mask)
     {
         const int at = whole[i];
         if (at < mask)
-            std::memcpy(pairs + 2 * i, source + at, 2 * sizeof(float));
+            std::memcpy(&pairs[i], source + at, sizeof(Pair));
         else
-        {
-            pairs[2 * i] = source[at];
-            pairs[2 * i + 1] = source[(at + 1) & mask];
-        }
+            pairs[i] = {source[at], source[(at + 1) & mask]};
     }
 }
 
@@ -93,7 +97,7 @@ void Places::Blend(float* dst, int n) const
                   {
                       hn::VFromD<decltype(lanes)> left;
                       hn::VFromD<decltype(lanes)> right;
-                      hn::LoadInterleaved2(lanes, pairs + 2 * i, left, right);
+                      hn::LoadInterleaved2(lanes, &pairs[i].left, left, right);
                       const auto f = hn::LoadU(lanes, fraction + i);
                       const auto g = hn::Sub(hn::Set(lanes, 1.0f), f);
                       const auto sum = hn::Add(hn::Mul(left, g), hn::Mul(right, f));

@@ -63,7 +63,7 @@ TEST_P(Shapes, LookUpBetweenSamplesWhateverThePosition)
         {"half on", 5.5, 65.0f},
         {"the last sample", 7.0, 80.0f},
         {"a quarter from the last to the first", 7.25, 62.5f},
-        {"so near the next sample that the fraction is 1", std::nextafter(3.0, 0.0), 40.0f},
+        {"so near the next sample that the fraction is 1", 3.0 - 0x1p-50, 40.0f},
         {"the sample behind the cycle", 8.0, 1000.0f},
         {"beyond", 8.5, 1000.0f},
         {"beyond all integers", 1e300, 1000.0f},
