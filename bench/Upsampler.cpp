@@ -1,0 +1,1 @@
+// What it costs to go to a higher rate and back.

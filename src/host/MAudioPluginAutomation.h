@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "effect/parameters/MAutomationAdapter.h"
+#include "effect/parameters/MParameterOwner.h"
+#include "foundation/threads/MLock.h"
+#include "host/ParameterInterpolation.h"
+#include "shell/midi/MMIDIProcessor.h"
+
+/// All that a host can automate, by one index: the routing of parameters to the adapters that have
+/// them. It adds and removes none of the values, and knows no sound.
+///
+/// Any thread reads and writes parameters, without a lock: the list changes only while processing
+/// is suspended and the processing lock is held. An index below 0 gives 0.0 or an empty text, one
+/// behind the last goes to the last adapter, which answers as neutrally.
+class MAudioPluginAutomation : public MMIDIProcessor, public MParameterOwner
+{
+public:
+    using AutomationAdapter = MAutomationAdapter;
+
+    // Routed; see MAutomationAdapter.
+    virtual void SetParameter(int index, double value01, bool quiet);
+    virtual double GetParameter(int index) const;
+    /// What SetParameter takes back to the same value, for hosts that echo what they read.
+    double GetRestorableParameter(int index) const;
+    virtual MString GetParameterName(int index) const;
+    virtual MString GetParameterSection(int index) const;
+    virtual MString GetParameterNameWithoutSection(int index) const;
+    virtual MString GetParameterID(int index) const;
+    virtual MString GetParameterValueName(int index) const;
+    virtual MString GetParameterValueNameFrom01(int index, double value01) const;
+    virtual double ParseParameterValueName(int index, const MString& text) const;
+    virtual MString GetParameterUnitsName(int index) const;
+    virtual MAutomationType GetParameterType(int index) const;
+    virtual double GetParameterDefaultValue(int index) const;
+    bool IsModulatable(int index) const;
+    void SetModulated(int index, bool on);
+
+    /// Sets only what differs by more than 1e-7, so that an echo does no harm.
+    void SetParameterIfChanged(int index, double value01, bool quiet);
+    int GetParameterCount() const noexcept { return parameterCount; }
+    /// -1 if no parameter has this id, which is compared as text.
+    int FindParameter(const MString& id) const;
+
+    /// Puts @p adapter, not owned, behind the others and tells it its first index. Before
+    /// processing starts, or while it is suspended.
+    void AddAdapter(AutomationAdapter& adapter);
+    /// The same for one that DestroyTemporaryAutomationAdapters takes away again.
+    void AddTemporaryAdapter(std::unique_ptr<AutomationAdapter> adapter);
+    void DestroyTemporaryAutomationAdapters();
+    const std::vector<AutomationAdapter*>& GetAdapters() const noexcept { return adapters; }
+
+    /// Notes that an editor should show @p adapter anew. Any thread; does not allocate.
+    void NeedUpdateEditor(AutomationAdapter& adapter) override;
+    /// Takes those noted since the last call, each once. GUI thread.
+    std::vector<AutomationAdapter*> TakePendingEditorUpdates();
+    bool HasPendingEditorUpdates() const;
+
+    /// Recalculates the effect after quiet changes.
+    virtual void UpdateEffect() {}
+
+    ParameterInterpolation& GetInterpolation() noexcept { return interpolation; }
+
+private:
+    std::vector<AutomationAdapter*> adapters; ///< by rising first index
+    std::vector<std::unique_ptr<AutomationAdapter>> temporaryAdapters;
+    int parameterCount = 0;
+    ParameterInterpolation interpolation;
+    mutable MLock adapterLock; ///< of pendingEditorUpdates; calls nothing while it is held
+    std::vector<AutomationAdapter*> pendingEditorUpdates; ///< room for all adapters
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+/// A channel that goes round the effect, held back so that it stays aligned with what passes it.
+/// Audio thread, under the processing lock; SetLength allocates and belongs to the preparation.
+class DelayQueue
+{
+public:
+    /// Samples between in and out. A longer queue gets silence in front, a shorter one drops its
+    /// oldest samples.
+    void SetLength(int samples);
+    int GetLength() const noexcept;
+
+    /// Puts @p n samples in and takes as many out; @p output may be @p input. A null input is
+    /// silence, a null output drops them. Does not allocate, whatever the length of the block.
+    void Process(float* output, const float* input, int n) noexcept;
+    /// Only silence is left.
+    void Clear() noexcept;
+};

@@ -1,0 +1,3 @@
+#include "host/MAudioPluginAutomation.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "host/MAudioPlugin.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "host/ParameterInterpolation.h"
+
+#include <gtest/gtest.h>

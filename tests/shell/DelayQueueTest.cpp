@@ -1,0 +1,3 @@
+#include "shell/DelayQueue.h"
+
+#include <gtest/gtest.h>

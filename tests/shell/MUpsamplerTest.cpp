@@ -1,0 +1,3 @@
+#include "shell/MUpsampler.h"
+
+#include <gtest/gtest.h>
