@@ -16,6 +16,8 @@ public:
     virtual bool ChangeEditorSize(int width, int height) = 0;
     /// Tells the host that the latency is another. Not on the audio thread.
     virtual void LatencyChanged() {}
+    /// Whether what the host sets is left out, as while its own echo comes back. Any thread.
+    virtual bool IgnoresHostParameters() const noexcept { return false; }
 
 protected:
     ~MAudioPluginAdapter() = default;

@@ -10,7 +10,7 @@
 #include "shell/midi/MMIDIProcessor.h"
 
 /// All that a host can automate, by one index: the routing of parameters to the adapters that have
-/// them. It adds and removes none of the values, and knows no sound.
+/// them. It knows no sound.
 ///
 /// Any thread reads and writes parameters, without a lock: the list changes only while processing
 /// is suspended and the processing lock is held. An index below 0 gives 0.0 or an empty text, one
@@ -20,7 +20,8 @@ class MAudioPluginAutomation : public MMIDIProcessor, public MParameterOwner
 public:
     using AutomationAdapter = MAutomationAdapter;
 
-    // Routed; see MAutomationAdapter.
+    // Routed; see MAutomationAdapter. A value that is set while the parameter is on its way in a
+    // running block takes its place at the end of the block, and is read back at once.
     virtual void SetParameter(int index, double value01, bool quiet);
     virtual double GetParameter(int index) const;
     /// What SetParameter takes back to the same value, for hosts that echo what they read.
@@ -40,6 +41,7 @@ public:
 
     /// Sets only what differs by more than 1e-7, so that an echo does no harm.
     void SetParameterIfChanged(int index, double value01, bool quiet);
+    /// One more than the highest index.
     int GetParameterCount() const noexcept { return parameterCount; }
     /// -1 if no parameter has this id, which is compared as text.
     int FindParameter(const MString& id) const;
@@ -49,8 +51,11 @@ public:
     void AddAdapter(AutomationAdapter& adapter);
     /// The same for one that DestroyTemporaryAutomationAdapters takes away again.
     void AddTemporaryAdapter(std::unique_ptr<AutomationAdapter> adapter);
+    /// The others keep their indices. Forgets all pending editor updates.
     void DestroyTemporaryAutomationAdapters();
     const std::vector<AutomationAdapter*>& GetAdapters() const noexcept { return adapters; }
+    /// Who answers for @p index, which is past its count if no parameter has it; null below 0.
+    AutomationAdapter* FindAdapter(int index) const noexcept;
 
     /// Notes that an editor should show @p adapter anew. Any thread; does not allocate.
     void NeedUpdateEditor(AutomationAdapter& adapter) override;
@@ -63,11 +68,21 @@ public:
 
     ParameterInterpolation& GetInterpolation() noexcept { return interpolation; }
 
+protected:
+    /// Whoever keeps pointers to temporary adapters drops them now.
+    virtual void OnTemporaryAdaptersEnd() {}
+
 private:
+    /// What @p operation, a member of the adapter that has @p index, answers to the index within
+    /// that adapter; 0.0, an empty text and the like for none.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    Result Ask(int index, Result (AutomationAdapter::*operation)(int, Parameters...) const,
+               const Arguments&... arguments) const;
+
     std::vector<AutomationAdapter*> adapters; ///< by rising first index
     std::vector<std::unique_ptr<AutomationAdapter>> temporaryAdapters;
     int parameterCount = 0;
-    ParameterInterpolation interpolation;
+    ParameterInterpolation interpolation{*this};
     mutable MLock adapterLock; ///< of pendingEditorUpdates; calls nothing while it is held
     std::vector<AutomationAdapter*> pendingEditorUpdates; ///< room for all adapters
 };

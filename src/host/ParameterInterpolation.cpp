@@ -1,1 +1,243 @@
 #include "host/ParameterInterpolation.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <utility>
+
+#include "host/MAudioPluginAutomation.h"
+
+namespace
+{
+
+constexpr double LeastMove = 1e-5; ///< of a normalised value; less is not heard
+
+} // namespace
+
+/// One parameter and its line. Plain fields are the audio thread's; it alone leaves and enters the
+/// state Still.
+struct ParameterInterpolation::Entry
+{
+    enum class State
+    {
+        Still,
+        Moving,
+        Diverted, ///< moving, and a host's value waits
+        DivertedQuietly,
+    };
+
+    Entry(int pluginIndex, MAutomationAdapter& parameterAdapter) noexcept
+        : index(pluginIndex),
+          adapter(parameterAdapter),
+          adapterIndex(pluginIndex - parameterAdapter.GetFirstIndex())
+    {
+    }
+
+    double Get() const { return adapter.GetParameter(adapterIndex); }
+    void Set(double value01, bool quiet) { adapter.SetParameter(adapterIndex, value01, quiet); }
+    void SetModulated(bool on) { adapter.SetModulated(adapterIndex, on); }
+
+    /// Chooses the target. Returns whether there is a way to go.
+    bool Aim(bool mayMove);
+    void Depart(int samples);
+    void Arrive();
+    /// Ends Moving, with the newest value that a host wrote meanwhile.
+    void ComeToRest(bool isTaken);
+
+    /// Any thread: leaves @p value01 for ComeToRest and returns true if the entry moves.
+    bool Divert(double value01, bool quiet) noexcept;
+
+    const int index;
+    MAutomationAdapter& adapter;
+    const int adapterIndex;
+    double last = 0.0; ///< where the line begins
+    double target = 0.0;
+    double current = 0.0;
+    double step = 0.0; ///< a sample; until Depart, of the whole block
+    bool isActive = false;
+    std::atomic<bool> isHeld = false;
+    std::atomic<State> state = State::Still;
+    std::atomic<double> diverted = 0.0;   ///< written before the state becomes Diverted
+    std::atomic<unsigned> departures = 0; ///< tells writers that a line began under their hands
+};
+
+bool ParameterInterpolation::Entry::Aim(bool mayMove)
+{
+    // Before the look at the value, so that no write falls between the two.
+    state = State::Moving;
+    departures.fetch_add(1);
+    target = Get();
+    step = target - last;
+    isActive = mayMove && !isHeld && std::abs(step) > LeastMove;
+    if (!isActive)
+        ComeToRest(false);
+    return isActive;
+}
+
+void ParameterInterpolation::Entry::Depart(int samples)
+{
+    step /= samples;
+    current = last;
+    SetModulated(true);
+    Set(current, true);
+}
+
+void ParameterInterpolation::Entry::Arrive()
+{
+    isActive = false;
+    // A modulator that took over in the midst of the block keeps what it switched; the host's value
+    // lies below, and only a newer one has to get there.
+    const bool isTaken = isHeld;
+    if (!isTaken)
+    {
+        SetModulated(false);
+        Set(target, true);
+    }
+    ComeToRest(isTaken);
+}
+
+void ParameterInterpolation::Entry::ComeToRest(bool isTaken)
+{
+    for (State expected = State::Moving; !state.compare_exchange_strong(expected, State::Still);
+         expected = State::Moving)
+    {
+        const bool quiet = state.exchange(State::Moving) == State::DivertedQuietly;
+        if (isTaken)
+            SetModulated(false);
+        Set(diverted, quiet);
+        if (isTaken)
+            SetModulated(true);
+    }
+}
+
+bool ParameterInterpolation::Entry::Divert(double value01, bool quiet) noexcept
+{
+    diverted = value01;
+    State present = state;
+    while (present != State::Still)
+    {
+        const State next =
+            quiet && present != State::Diverted ? State::DivertedQuietly : State::Diverted;
+        if (state.compare_exchange_weak(present, next))
+            return true;
+    }
+    return false;
+}
+
+ParameterInterpolation::ParameterInterpolation(MAudioPluginAutomation& automatedPlugin) noexcept
+    : plugin(automatedPlugin)
+{
+}
+
+ParameterInterpolation::~ParameterInterpolation() = default;
+
+void ParameterInterpolation::SetParameters(const std::vector<int>& indices)
+{
+    std::vector<int> sorted = indices;
+    std::ranges::sort(sorted);
+    entries.clear();
+    for (const int index : sorted)
+        if (MAutomationAdapter* adapter = plugin.FindAdapter(index); adapter != nullptr)
+            entries.push_back(std::make_unique<Entry>(index, *adapter));
+    isReset = true;
+    isPrepared = isMoving = false;
+}
+
+void ParameterInterpolation::Forget(const MAutomationAdapter& adapter)
+{
+    std::erase_if(entries, [&](const auto& entry) { return &entry->adapter == &adapter; });
+}
+
+void ParameterInterpolation::SetHeld(int index, bool on) noexcept
+{
+    if (Entry* entry = Find(index); entry != nullptr)
+        entry->isHeld = on;
+}
+
+bool ParameterInterpolation::Prepare(int samples)
+{
+    // Behind a reset there is nowhere to come from: Finish takes the present values.
+    isPrepared = !std::exchange(isReset, false);
+    isMoving = false;
+    if (!isPrepared)
+        return false;
+
+    for (const auto& entry : entries)
+        isMoving |= entry->Aim(samples > 1);
+    if (!isMoving)
+        return false;
+
+    for (const auto& entry : entries)
+        if (entry->isActive)
+            entry->Depart(samples);
+    plugin.UpdateEffect();
+    return true;
+}
+
+void ParameterInterpolation::Process(int n)
+{
+    if (!isMoving)
+        return;
+    for (const auto& entry : entries)
+    {
+        if (!entry->isActive)
+            continue;
+        if (entry->isHeld)
+        {
+            entry->Arrive();
+            continue;
+        }
+        entry->current += n * entry->step;
+        entry->Set(entry->current, true);
+    }
+    plugin.UpdateEffect();
+}
+
+void ParameterInterpolation::Finish()
+{
+    for (const auto& entry : entries)
+    {
+        entry->last = isPrepared ? entry->target : entry->Get();
+        if (entry->isActive)
+            entry->Arrive();
+    }
+    isPrepared = false;
+    if (std::exchange(isMoving, false))
+        plugin.UpdateEffect();
+}
+
+bool ParameterInterpolation::Write(int index, double value01, bool quiet)
+{
+    Entry* entry = Find(index);
+    if (entry == nullptr)
+        return false;
+    unsigned before = entry->departures;
+    if (entry->Divert(value01, quiet))
+        return true;
+    // A line that begins while the value is on its way into the parameter may swallow it: then it
+    // goes in again. Both sides count by read-modify-write, so that whoever comes second sees what
+    // the first did, the modulated state included.
+    while (true)
+    {
+        entry->Set(value01, quiet);
+        const unsigned after = entry->departures.fetch_add(0);
+        if (after == before || entry->Divert(value01, true))
+            return true;
+        before = after;
+    }
+}
+
+std::optional<double> ParameterInterpolation::GetDiverted(int index) const noexcept
+{
+    const Entry* entry = Find(index);
+    if (entry == nullptr || entry->state.load() < Entry::State::Diverted)
+        return std::nullopt;
+    return entry->diverted.load();
+}
+
+ParameterInterpolation::Entry* ParameterInterpolation::Find(int index) const noexcept
+{
+    const auto place = std::ranges::lower_bound(entries, index, {},
+                                                [](const auto& entry) { return entry->index; });
+    return place != entries.end() && (*place)->index == index ? place->get() : nullptr;
+}

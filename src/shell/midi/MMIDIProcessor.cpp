@@ -5,6 +5,8 @@
 namespace
 {
 
+constexpr int ChannelMask = 0x0F;
+constexpr int NoteMask = 0x7F;
 constexpr double PerStep = 0.007874015748031496; ///< 1/127
 
 double Unipolar(std::uint8_t data) noexcept
@@ -38,9 +40,9 @@ bool MMIDIProcessor::ProcessMIDIEvent(int offset, const std::uint8_t* bytes)
 {
     if (offset > 0)
         --offset;
-    const int channel = bytes[0] & 0x0F;
-    const double time = offset * tempo / (sampleRate * 60.0) + position;
-    const int number = bytes[1] & 0x7F;
+    const int channel = bytes[0] & ChannelMask;
+    const double time = GetEventTime(offset);
+    const int number = bytes[1] & NoteMask;
 
     switch (bytes[0] & 0xF0)
     {
@@ -50,7 +52,7 @@ bool MMIDIProcessor::ProcessMIDIEvent(int offset, const std::uint8_t* bytes)
                            (bytes[0] & 0xF0) == 0x90 && bytes[2] != 0);
         return true;
     case 0xA0:
-        ProcessPressure(offset, time, channel, number, Unipolar(bytes[2]));
+        ProcessNotePressure(offset, time, channel, number, Unipolar(bytes[2]));
         return true;
     case 0xB0:
         return ProcessMIDIController(offset, time, channel, number, Unipolar(bytes[2]));
@@ -71,6 +73,8 @@ bool MMIDIProcessor::ProcessMIDIEvent(int offset, const std::uint8_t* bytes)
 void MMIDIProcessor::ProcessNotePerform(int offset, double time, int channel, int note,
                                         double velocity, bool on)
 {
+    channel &= ChannelMask;
+    note &= NoteMask;
     int& heldCount = held.at(static_cast<std::size_t>(channel)).at(static_cast<std::size_t>(note));
     int& soundingCount =
         sounding.at(static_cast<std::size_t>(channel)).at(static_cast<std::size_t>(note));
@@ -88,6 +92,12 @@ void MMIDIProcessor::ProcessNotePerform(int offset, double time, int channel, in
     else
         soundingCount = std::max(0, soundingCount - 1);
     ProcessNote(offset, time, channel, note, velocity, on);
+}
+
+void MMIDIProcessor::ProcessNotePressure(int offset, double time, int channel, int note,
+                                         double value)
+{
+    ProcessPressure(offset, time, channel & ChannelMask, note & NoteMask, value);
 }
 
 void MMIDIProcessor::ProcessAllNotesOff(int offset, double time)

@@ -12,6 +12,19 @@ public:
     /// From which event times follow: @p newTempo in quarters a minute, @p newRate in Hz, both
     /// above 0, @p newPosition of the block's start in quarters.
     void SetTime(double newTempo, double newRate, double newPosition) noexcept;
+    /// Quarters, @p offset samples behind the start of the block.
+    double GetEventTime(int offset) const noexcept
+    {
+        return offset * tempo / (sampleRate * 60.0) + position;
+    }
+
+    // What hosts give decoded: the low 4 bits of the channel and 7 of the note count.
+
+    /// A note from the keyboard, before the sustain pedal's say.
+    void ProcessNotePerform(int offset, double time, int channel, int note, double velocity,
+                            bool on);
+    /// Polyphonic pressure.
+    void ProcessNotePressure(int offset, double time, int channel, int note, double value);
 
     /// An @p offset above 0 counts one sample early, as hosts expect.
     bool ProcessMIDIEvent(int offset, const std::uint8_t* bytes) override;
@@ -25,9 +38,6 @@ private:
     static constexpr int Notes = 128;
     using NoteCounts = std::array<std::array<int, Notes>, Rows>;
 
-    /// A note from the keyboard, before the sustain pedal's say.
-    void ProcessNotePerform(int offset, double time, int channel, int note, double velocity,
-                            bool on);
     void ProcessSustain(int offset, double time, int channel, bool on);
     void ReleaseAll(int offset, double time, int channel);
 

@@ -45,12 +45,15 @@ void MMIDIProcessorBase::ProcessChannelNotesOff(int offset, double time, int cha
 void MMIDIProcessorBase::ProcessPressure(int offset, double time, int channel, int note,
                                          double value)
 {
+    if (note < 0)
+        pressure = value;
     Forward(channel, &MMIDIProcessorBase::ProcessPressure, offset, time, channel, note, value);
 }
 
-void MMIDIProcessorBase::ProcessProgramChange(int offset, double time, int channel, int program)
+void MMIDIProcessorBase::ProcessProgramChange(int offset, double time, int channel, int newProgram)
 {
-    Forward(channel, &MMIDIProcessorBase::ProcessProgramChange, offset, time, channel, program);
+    program = newProgram;
+    Forward(channel, &MMIDIProcessorBase::ProcessProgramChange, offset, time, channel, newProgram);
 }
 
 void MMIDIProcessorBase::ProcessVolume(int offset, double time, int channel, double value)
@@ -81,4 +84,12 @@ bool MMIDIProcessorBase::ProcessMIDIController(int offset, double time, int chan
 bool MMIDIProcessorBase::ProcessMIDIEvent(int offset, const std::uint8_t* bytes)
 {
     return Forward(bytes[0] & 0x0F, &MMIDIProcessorBase::ProcessMIDIEvent, offset, bytes);
+}
+
+bool MMIDIProcessorBase::ProcessRawEvent(int offset, std::span<const std::byte> event)
+{
+    bool isTaken = false;
+    for (const Listener& listener : listeners)
+        isTaken |= listener.processor->ProcessRawEvent(offset, event);
+    return isTaken;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 /// Receives MIDI as named operations and passes them on to its listeners.
@@ -26,7 +28,7 @@ public:
     virtual void ProcessChannelNotesOff(int offset, double time, int channel);
     /// @p note is -1 for pressure on the whole channel.
     virtual void ProcessPressure(int offset, double time, int channel, int note, double value);
-    virtual void ProcessProgramChange(int offset, double time, int channel, int program);
+    virtual void ProcessProgramChange(int offset, double time, int channel, int newProgram);
     virtual void ProcessVolume(int offset, double time, int channel, double value);
     virtual void ProcessPan(int offset, double time, int channel, double value);
     /// @p value is -1.0 to 1.0.
@@ -37,9 +39,14 @@ public:
     /// @p bytes points at a status byte and two data bytes, the last of which may be unused.
     /// Returns whether anyone took it.
     virtual bool ProcessMIDIEvent(int offset, const std::uint8_t* bytes);
+    /// An event that is no MIDI, as the host standard lays it out; for all listeners, whatever
+    /// their channels. Returns whether anyone took it.
+    virtual bool ProcessRawEvent(int offset, std::span<const std::byte> event);
 
+    double GetPressure() const noexcept { return pressure; }
     double GetVolume() const noexcept { return volume; }
     double GetPan() const noexcept { return pan; }
+    int GetProgram() const noexcept { return program; }
     double GetPitch() const noexcept { return pitch; }
 
 private:
@@ -56,7 +63,9 @@ private:
                  Arguments... arguments);
 
     std::vector<Listener> listeners;
-    double volume = 1.0; ///< the last controller 7
-    double pan = 0.5;    ///< the last controller 10
-    double pitch = 0.0;  ///< the last pitch wheel, -1.0 to 1.0
+    double pressure = 0.5; ///< the last one on a whole channel
+    double volume = 1.0;   ///< the last controller 7
+    double pan = 0.5;      ///< the last controller 10
+    int program = -1;      ///< the last program change; -1 before any
+    double pitch = 0.0;    ///< the last pitch wheel, -1.0 to 1.0
 };
