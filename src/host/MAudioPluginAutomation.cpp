@@ -145,6 +145,7 @@ void MAudioPluginAutomation::AddAdapter(AutomationAdapter& adapter)
 
 void MAudioPluginAutomation::AddTemporaryAdapter(std::unique_ptr<AutomationAdapter> adapter)
 {
+    adapter->SetTemporary(true);
     temporaryAdapters.push_back(std::move(adapter));
     AddAdapter(*temporaryAdapters.back());
 }

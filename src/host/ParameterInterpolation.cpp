@@ -14,17 +14,16 @@ constexpr double LeastMove = 1e-5; ///< of a normalised value; less is not heard
 
 } // namespace
 
-/// One parameter and its line. Plain fields are the audio thread's; it alone leaves and enters the
-/// state Still.
+/// One parameter and its line. Plain fields are the audio thread's; it alone makes the entry move
+/// and rest.
 struct ParameterInterpolation::Entry
 {
-    enum class State
-    {
-        Still,
-        Moving,
-        Diverted, ///< moving, and a host's value waits
-        DivertedQuietly,
-    };
+    // The state: these bits, and above them a count of the values that hosts left, so that none
+    // slips in unseen between the look at the last one and the rest.
+    static constexpr unsigned Moving = 1;   ///< values wait; without it they go straight in
+    static constexpr unsigned Diverted = 2; ///< one does
+    static constexpr unsigned Loud = 4;     ///< and it is to be told to those who watch
+    static constexpr unsigned OneWrite = 8;
 
     Entry(int pluginIndex, MAutomationAdapter& parameterAdapter) noexcept
         : index(pluginIndex),
@@ -56,15 +55,15 @@ struct ParameterInterpolation::Entry
     double step = 0.0; ///< a sample; until Depart, of the whole block
     bool isActive = false;
     std::atomic<bool> isHeld = false;
-    std::atomic<State> state = State::Still;
-    std::atomic<double> diverted = 0.0;   ///< written before the state becomes Diverted
+    std::atomic<unsigned> state = 0;
+    std::atomic<double> diverted = 0.0;   ///< written before the state tells of it
     std::atomic<unsigned> departures = 0; ///< tells writers that a line began under their hands
 };
 
 bool ParameterInterpolation::Entry::Aim(bool mayMove)
 {
     // Before the look at the value, so that no write falls between the two.
-    state = State::Moving;
+    state = Moving;
     departures.fetch_add(1);
     target = Get();
     step = target - last;
@@ -98,29 +97,27 @@ void ParameterInterpolation::Entry::Arrive()
 
 void ParameterInterpolation::Entry::ComeToRest(bool isTaken)
 {
-    for (State expected = State::Moving; !state.compare_exchange_strong(expected, State::Still);
-         expected = State::Moving)
+    unsigned present = state;
+    do
     {
-        const bool quiet = state.exchange(State::Moving) == State::DivertedQuietly;
+        if ((present & Diverted) == 0)
+            continue;
         if (isTaken)
             SetModulated(false);
-        Set(diverted, quiet);
+        Set(diverted, (present & Loud) == 0);
         if (isTaken)
             SetModulated(true);
-    }
+    } while (!state.compare_exchange_strong(present, 0));
 }
 
 bool ParameterInterpolation::Entry::Divert(double value01, bool quiet) noexcept
 {
     diverted = value01;
-    State present = state;
-    while (present != State::Still)
-    {
-        const State next =
-            quiet && present != State::Diverted ? State::DivertedQuietly : State::Diverted;
-        if (state.compare_exchange_weak(present, next))
+    unsigned present = state;
+    while ((present & Moving) != 0)
+        if (state.compare_exchange_weak(present,
+                                        (present + OneWrite) | Diverted | (quiet ? 0 : Loud)))
             return true;
-    }
     return false;
 }
 
@@ -230,7 +227,7 @@ bool ParameterInterpolation::Write(int index, double value01, bool quiet)
 std::optional<double> ParameterInterpolation::GetDiverted(int index) const noexcept
 {
     const Entry* entry = Find(index);
-    if (entry == nullptr || entry->state.load() < Entry::State::Diverted)
+    if (entry == nullptr || (entry->state.load() & Entry::Diverted) == 0)
         return std::nullopt;
     return entry->diverted.load();
 }

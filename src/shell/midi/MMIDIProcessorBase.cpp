@@ -46,14 +46,14 @@ void MMIDIProcessorBase::ProcessPressure(int offset, double time, int channel, i
                                          double value)
 {
     if (note < 0)
-        pressure = value;
+        lastPressure = value;
     Forward(channel, &MMIDIProcessorBase::ProcessPressure, offset, time, channel, note, value);
 }
 
-void MMIDIProcessorBase::ProcessProgramChange(int offset, double time, int channel, int newProgram)
+void MMIDIProcessorBase::ProcessProgramChange(int offset, double time, int channel, int program)
 {
-    program = newProgram;
-    Forward(channel, &MMIDIProcessorBase::ProcessProgramChange, offset, time, channel, newProgram);
+    lastProgram = program;
+    Forward(channel, &MMIDIProcessorBase::ProcessProgramChange, offset, time, channel, program);
 }
 
 void MMIDIProcessorBase::ProcessVolume(int offset, double time, int channel, double value)

@@ -28,7 +28,7 @@ public:
     virtual void ProcessChannelNotesOff(int offset, double time, int channel);
     /// @p note is -1 for pressure on the whole channel.
     virtual void ProcessPressure(int offset, double time, int channel, int note, double value);
-    virtual void ProcessProgramChange(int offset, double time, int channel, int newProgram);
+    virtual void ProcessProgramChange(int offset, double time, int channel, int program);
     virtual void ProcessVolume(int offset, double time, int channel, double value);
     virtual void ProcessPan(int offset, double time, int channel, double value);
     /// @p value is -1.0 to 1.0.
@@ -43,10 +43,10 @@ public:
     /// their channels. Returns whether anyone took it.
     virtual bool ProcessRawEvent(int offset, std::span<const std::byte> event);
 
-    double GetPressure() const noexcept { return pressure; }
+    double GetPressure() const noexcept { return lastPressure; }
     double GetVolume() const noexcept { return volume; }
     double GetPan() const noexcept { return pan; }
-    int GetProgram() const noexcept { return program; }
+    int GetProgram() const noexcept { return lastProgram; }
     double GetPitch() const noexcept { return pitch; }
 
 private:
@@ -63,9 +63,9 @@ private:
                  Arguments... arguments);
 
     std::vector<Listener> listeners;
-    double pressure = 0.5; ///< the last one on a whole channel
-    double volume = 1.0;   ///< the last controller 7
-    double pan = 0.5;      ///< the last controller 10
-    int program = -1;      ///< the last program change; -1 before any
-    double pitch = 0.0;    ///< the last pitch wheel, -1.0 to 1.0
+    double lastPressure = 0.5; ///< on a whole channel
+    double volume = 1.0;       ///< the last controller 7
+    double pan = 0.5;          ///< the last controller 10
+    int lastProgram = -1;      ///< -1 before any
+    double pitch = 0.0;        ///< the last pitch wheel, -1.0 to 1.0
 };

@@ -51,6 +51,11 @@ public:
         log << "controller " << channel << ' ' << number << ' ' << value << ';';
         return number == 1;
     }
+    bool ProcessRawEvent(int, std::span<const std::byte> event) override
+    {
+        log << "raw " << event.size() << ';';
+        return event.size() == 3;
+    }
     void ProcessAllNotesOff(int, double) override { log << "all off;"; }
     void ProcessChannelNotesOff(int, double, int channel) override
     {
@@ -109,6 +114,8 @@ TEST_F(MMIDIProcessorTest, DecodesEachStatus)
         {0xF8, 0, 0, "", false},
         {0x40, 1, 2, "", false},
     };
+    EXPECT_EQ(processor.GetPressure(), 0.5);
+    EXPECT_EQ(processor.GetProgram(), -1);
     for (const Case& row : Cases)
     {
         EXPECT_EQ(Send(row.status, row.first, row.second), row.isTaken) << row.calls;
@@ -119,6 +126,46 @@ TEST_F(MMIDIProcessorTest, DecodesEachStatus)
     EXPECT_EQ(processor.GetVolume(), 1.0);
     EXPECT_EQ(processor.GetPan(), 0.0);
     EXPECT_NEAR(processor.GetPitch(), 0.9922, 1e-4);
+    EXPECT_EQ(processor.GetPressure(), 1.0);
+    EXPECT_EQ(processor.GetProgram(), 9);
+}
+
+TEST_F(MMIDIProcessorTest, DecodedEventsAreCutToTheRangesOfMIDI)
+{
+    struct Case
+    {
+        int channel, note;
+        const char* on;
+    };
+    constexpr Case Cases[] = {
+        {3, 60, "on 3 60 1;pressure 3 60 0.5;off 3 60 0;"},
+        {15, 127, "on 15 127 1;pressure 15 127 0.5;off 15 127 0;"},
+        {16, 128, "on 0 0 1;pressure 0 0 0.5;off 0 0 0;"},
+        {32767, 32767, "on 15 127 1;pressure 15 127 0.5;off 15 127 0;"},
+        {-32768, -32768, "on 0 0 1;pressure 0 0 0.5;off 0 0 0;"},
+        {-1, -1, "on 15 127 1;pressure 15 127 0.5;off 15 127 0;"},
+    };
+    for (const Case& row : Cases)
+    {
+        processor.ProcessNotePerform(0, 0.0, row.channel, row.note, 1.0, true);
+        processor.ProcessNotePressure(0, 0.0, row.channel, row.note, 0.5);
+        processor.ProcessAllNotesOff(0, 0.0);
+        std::string calls = recorder.Take();
+        calls.erase(calls.find("all off;"), 8);
+        EXPECT_EQ(calls, row.on) << row.channel << ' ' << row.note;
+    }
+    EXPECT_EQ(processor.GetPressure(), 0.5) << "of a whole channel alone";
+}
+
+TEST_F(MMIDIProcessorTest, RawEventsReachAllListeners)
+{
+    Recorder masked;
+    processor.AddListener(masked, 0);
+    const std::byte event[3]{};
+    EXPECT_TRUE(processor.ProcessRawEvent(0, event));
+    EXPECT_FALSE(processor.ProcessRawEvent(0, std::span(event).first(2)));
+    EXPECT_EQ(recorder.Take(), "raw 3;raw 2;");
+    EXPECT_EQ(masked.Take(), "raw 3;raw 2;");
 }
 
 TEST_F(MMIDIProcessorTest, EventsCountOneSampleEarlyAndInQuarters)
