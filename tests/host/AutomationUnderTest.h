@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,11 +26,16 @@ public:
         ++sets;
         loudSets += !quiet;
         Cell& cell = At(index);
+        if (beforeSet)
+            beforeSet(value01);
         (cell.isModulated ? cell.alternate : cell.value) = value01;
     }
     double GetParameter(int index) const override
     {
-        return Has(index) ? At(index).value.load() : 0;
+        const double value = Has(index) ? At(index).value.load() : 0.0;
+        if (afterGet)
+            afterGet();
+        return value;
     }
     void SetModulated(int index, bool on) override
     {
@@ -50,6 +56,9 @@ public:
 
     std::atomic<int> sets = 0;
     std::atomic<int> loudSets = 0;
+    // What another thread does at the worst moment: before a value is written, after one is read.
+    std::function<void(double)> beforeSet;
+    std::function<void()> afterGet;
 
 private:
     struct Cell

@@ -1,7 +1,6 @@
 #include "host/ParameterInterpolation.h"
 
-#include <array>
-#include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -136,6 +135,64 @@ TEST_F(ParameterInterpolationTest, WritesToAMovingParameterWaitForTheEndOfTheBlo
     EXPECT_EQ(row.Heard(0), 1.0);
     lines.Finish();
     EXPECT_EQ(row.Heard(0), 0.3);
+}
+
+TEST_F(ParameterInterpolationTest, WritesThatCrossTheEdgeOfABlockAreNotLost)
+{
+    struct Case
+    {
+        const char* what;
+        double before;                            ///< set ahead of the block; 0.0 moves nothing
+        bool blockBegins, blockEnds, hostCrosses; ///< before 0.7 reaches the parameter
+        bool whileRead;                           ///< 0.7 comes when the block has read its target
+    };
+    constexpr Case Cases[] = {
+        {"a line begins under the write", 0.5, true, false, false, false},
+        {"a whole line passes", 0.5, true, true, false, false},
+        {"a block without a line begins", 0.0, true, false, false, false},
+        {"the line's target is out of date", 0.5, false, false, false, true},
+        {"the line does not go anywhere", 0.0, false, false, false, true},
+        {"a newer value comes while one is put in place", 0.5, false, false, true, true},
+    };
+    for (const Case& test : Cases)
+    {
+        lines.Reset();
+        plugin.SetParameter(First, 0.0, true);
+        Rest(512);
+        plugin.SetParameter(First, test.before, true);
+        row.beforeSet = [&, isFirst = true](double value) mutable
+        {
+            if (value != 0.7 || !std::exchange(isFirst, false))
+                return;
+            if (test.blockBegins)
+                lines.Prepare(512);
+            if (test.blockEnds)
+                lines.Finish();
+            if (test.hostCrosses)
+                plugin.SetParameter(First, 0.8, true);
+        };
+        if (test.whileRead)
+        {
+            row.afterGet = [&, isFirst = true]() mutable
+            {
+                if (std::exchange(isFirst, false))
+                    plugin.SetParameter(First, 0.7, true);
+            };
+            lines.Prepare(512);
+        }
+        else
+            plugin.SetParameter(First, 0.7, true);
+        const double expected = test.hostCrosses ? 0.8 : 0.7;
+        if (!test.hostCrosses)
+        {
+            EXPECT_EQ(plugin.GetParameter(First), expected) << test.what;
+        }
+        lines.Finish();
+        EXPECT_EQ(plugin.GetParameter(First), expected) << test.what;
+        EXPECT_EQ(row.Heard(0), expected) << test.what;
+        row.beforeSet = nullptr;
+        row.afterGet = nullptr;
+    }
 }
 
 TEST_F(ParameterInterpolationTest, WhatAModulatorHoldsIsLeftToIt)
