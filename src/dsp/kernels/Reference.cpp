@@ -352,4 +352,50 @@ void PowerSpectrum(Complex* dst, int n) noexcept
         dst[i] = Complex(dst[i].real() * dst[i].real() + dst[i].imag() * dst[i].imag(), 0.0f);
 }
 
+namespace
+{
+
+bool IsValid(const PolyphaseFilter& filter)
+{
+    return filter.taps != nullptr && filter.tapCount >= 1 &&
+           filter.tapCount <= PolyphaseFilter::MaxTapCount && filter.phases >= 1 &&
+           filter.phases <= PolyphaseFilter::MaxPhases;
+}
+
+/// @p sum and the products of phase @p p with samples that stand @p step apart.
+float AddPhase(float sum, const float* samples, int step, const PolyphaseFilter& filter, int p)
+{
+    if (p == 0 && filter.isPassing)
+        return samples[(filter.tapCount / 2 - 1) * step];
+    for (int first = 0; first < PolyphaseFilter::RunDistance; ++first)
+        for (int j = first; j < filter.tapCount; j += PolyphaseFilter::RunDistance)
+            sum += samples[j * step] * filter.taps[p * filter.tapCount + j];
+    return sum;
+}
+
+} // namespace
+
+void StretchFIR(float* dst, const float* src, const PolyphaseFilter& filter, int n) noexcept
+{
+    if (AnyNull(dst, src) || !IsValid(filter))
+        return;
+    for (int i = 0; i < n; ++i)
+        for (int p = 0; p < filter.phases; ++p)
+            dst[i * filter.phases + p] = AddPhase(0.0f, src + i, 1, filter, p);
+}
+
+void SqueezeFIR(float* dst, const float* src, const PolyphaseFilter& filter, int n) noexcept
+{
+    if (AnyNull(dst, src) || !IsValid(filter))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const float* frame = src + i * filter.phases;
+        float sum = 0.0f;
+        for (int p = 0; p < filter.phases; ++p)
+            sum = AddPhase(sum, frame + filter.phases - 1 - p, filter.phases, filter, p);
+        dst[i] = sum;
+    }
+}
+
 } // namespace kernels::reference

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "dsp/kernels/Polyphase.h"
 #include "dsp/kernels/Spectra.h"
 
 /// The kernels once more as plain loops: what a kernel has to equal, and what it has to beat.
@@ -50,5 +51,8 @@ void FIR(float* dst, const float* src, const float* taps, int tapCount, int n, i
 
 void MultiplySpectra(Complex* dst, const Complex* a, const Complex* b, int n) noexcept;
 void PowerSpectrum(Complex* dst, int n) noexcept;
+
+void StretchFIR(float* dst, const float* src, const PolyphaseFilter& filter, int n) noexcept;
+void SqueezeFIR(float* dst, const float* src, const PolyphaseFilter& filter, int n) noexcept;
 
 } // namespace kernels::reference
