@@ -132,6 +132,14 @@ int MAudioPluginAutomation::FindParameter(const MString& id) const
     return -1;
 }
 
+int MAudioPluginAutomation::FindParameterByName(const MString& name) const
+{
+    for (int index = 0; index < parameterCount; ++index)
+        if (GetParameterName(index) == name)
+            return index;
+    return -1;
+}
+
 void MAudioPluginAutomation::AddAdapter(AutomationAdapter& adapter)
 {
     adapters.push_back(&adapter);

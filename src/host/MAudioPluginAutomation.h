@@ -45,6 +45,8 @@ public:
     int GetParameterCount() const noexcept { return parameterCount; }
     /// -1 if no parameter has this id, which is compared as text.
     int FindParameter(const MString& id) const;
+    /// The same by its name with section.
+    int FindParameterByName(const MString& name) const;
 
     /// Puts @p adapter, not owned, behind the others and tells it its first index. Before
     /// processing starts, or while it is suspended.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -33,4 +34,29 @@ struct MChannelModeInfo
     static const MChannelModeInfo& Get(MChannelMode mode) noexcept;
     /// Returns false, and leaves @p mode, for a name of none.
     static bool Find(const MString& name, MChannelMode& mode) noexcept;
+
+    /// How many of @p channels the effect gets.
+    int CountEffectChannels(int channels) const noexcept;
+};
+
+/// Turns a stereo pair into what an effect of one or two channels should work on, and back. The
+/// blocks trade places by their pointers, so that the effect always finds its channel first.
+/// Audio thread, one object a block.
+class ChannelModeTransform
+{
+public:
+    /// @p mode with any pair, or none: then all stays as it is.
+    ChannelModeTransform(MChannelMode mode, bool isPair) noexcept;
+
+    /// Before the effect. The first two blocks of @p inputs are written to.
+    void Forward(float** inputs, float** outputs, int samples) const noexcept;
+    /// After the effect; its outputs and the channel that went round it, which is already in its
+    /// output block, become left and right.
+    void Back(float** inputs, float** outputs, int samples) const noexcept;
+
+private:
+    bool SwapsChannels() const noexcept;
+    bool IsMidSide() const noexcept;
+
+    MChannelMode mode;
 };

@@ -1,0 +1,351 @@
+#include "shell/MAudioEffectPluginToAudioPluginAdapter.h"
+
+#include <algorithm>
+
+#include "effect/MPluginInfo.h"
+#include "effect/MPluginParameterRecord.h"
+#include "effect/MPluginSystem.h"
+#include "foundation/threads/MException.h"
+#include "foundation/threads/MGuard.h"
+#include "foundation/threads/MLockGuard.h"
+#include "foundation/xml/MStorageDescriptor.h"
+#include "foundation/xml/MXMLItem.h"
+#include "foundation/xml/SettingsTree.h"
+#include "host/MAudioPluginAdapter.h"
+
+namespace
+{
+
+using Shell = MAudioEffectPluginToAudioPluginAdapter;
+
+/// Where an effect's host keeps the shell.
+constexpr std::size_t ShellChild = 0;
+
+Shell* ShellOf(MPluginHost& host) noexcept
+{
+    return static_cast<Shell*>(host.children[ShellChild].value);
+}
+
+// What an effect may ask of the shell. Without one all answer 0.
+
+std::intptr_t OnParameterListChanged(MPluginHost& host, std::intptr_t)
+{
+    if (Shell* const shell = ShellOf(host))
+        shell->DestroyTemporaryAutomationAdapters();
+    return 0;
+}
+
+std::intptr_t OnGetContext(MPluginHost& host, std::intptr_t)
+{
+    Shell* const shell = ShellOf(host);
+    return shell != nullptr ? reinterpret_cast<std::intptr_t>(&shell->GetTime()) : 0;
+}
+
+std::intptr_t OnGetSampleRate(MPluginHost& host, std::intptr_t)
+{
+    Shell* const shell = ShellOf(host);
+    return shell != nullptr ? shell->GetSampleRate() : 0;
+}
+
+std::intptr_t OnRefreshEditors(MPluginHost& host, std::intptr_t)
+{
+    if (Shell* const shell = ShellOf(host))
+        for (MAutomationAdapter* const adapter : shell->GetAdapters())
+            shell->NeedUpdateEditor(*adapter);
+    return 0;
+}
+
+} // namespace
+
+MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter()
+    : controllers(*this)
+{
+}
+
+MAudioEffectPluginToAudioPluginAdapter::~MAudioEffectPluginToAudioPluginAdapter()
+{
+    if (host == nullptr)
+        return;
+    parameters = MParameterList();
+    host->children[ShellChild].value = nullptr;
+    host->CallPlugin(MPluginCommand::Destroy); // waits for the lock that it shares with this
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::Initialize(const MString& productName,
+                                                        const MString& makerName,
+                                                        MPluginCall entryPoint, int /*editorWidth*/,
+                                                        int /*editorHeight*/)
+{
+    name = productName;
+    maker = makerName;
+    CreateEffect(entryPoint, productName);
+    try
+    {
+        WireEffect();
+    }
+    catch (const MException&)
+    {
+        throw MException("Error creating plugin.");
+    }
+    UpdateEffect();
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::CreateEffect(MPluginCall entryPoint,
+                                                          const MString& productName)
+{
+    MPluginSystem system;
+    if (system.CreatePlugin(entryPoint, productName, host) != MPluginSystem::Result::Created)
+        throw MException("Error creating plugin.");
+    host->children[ShellChild].value = this;
+    host->SetService(MPluginHostCommand::ParameterListChanged, &OnParameterListChanged);
+    host->SetService(MPluginHostCommand::GetContext, &OnGetContext);
+    host->SetService(MPluginHostCommand::GetSampleRate, &OnGetSampleRate);
+    host->SetService(MPluginHostCommand::RefreshEditors, &OnRefreshEditors);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
+{
+    const MPluginInfo& info = *host->GetPluginInfo();
+    effectMaxBlock = info.maxProcessingBlock;
+    SetBuses(std::min(info.inputBusCount, MaxBuses), std::min(info.outputBusCount, MaxBuses), 2);
+    if (info.midiProcessor != nullptr)
+        AddListener(*info.midiProcessor, MMIDIProcessorBase::AllChannels);
+
+    parameters.Wire(*GetEffect(), *this);
+    std::vector<int> interpolated;
+    for (MAutomationAdapter* const adapter : parameters.GetAdapters())
+    {
+        AddAdapter(*adapter);
+        const bool isFloat =
+            adapter->GetCount() == 1 && adapter->GetParameterType(0) == MAutomationType::Float;
+        if (isFloat)
+            interpolated.push_back(adapter->GetFirstIndex());
+    }
+    GetInterpolation().SetParameters(interpolated);
+}
+
+MAudioEffectPlugin* MAudioEffectPluginToAudioPluginAdapter::GetEffect() const noexcept
+{
+    return host != nullptr ? host->GetPlugin() : nullptr;
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::InitEffect()
+{
+    if (MAudioEffectPlugin* const effect = GetEffect())
+    {
+        effect->InitProcessing(GetEffectChannels(), sampleRate);
+        effect->Update();
+        effect->ResetParameterRamps();
+    }
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::InitDone()
+{
+    if (MAudioEffectPlugin* const effect = GetEffect())
+        effect->InitProcessingDone();
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessPre(const float* const* /*inputs*/,
+                                                        int /*samples*/)
+{
+    // Nothing but interpolation cuts blocks while no modulator runs.
+    subBlockSize = effectMaxBlock;
+    interpolationBlockSize = maxLFOBlockSize.load(std::memory_order_relaxed);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessPost(float* const* /*outputs*/, int /*samples*/)
+{
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::Process(float* const* inputs, float* const* outputs,
+                                                     int samples)
+{
+    MGuarded("MAudioEffectPluginToAudioPluginAdapter::Process", 0,
+             [&]
+             {
+                 PrepareForProcessing(samples);
+                 GetEffect()->Process(nullptr, inputs, outputs, samples);
+                 return 0;
+             });
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::PrepareForProcessing(int /*samples*/)
+{
+    if (midiFlushPending.load(std::memory_order_relaxed) &&
+        midiFlushPending.exchange(false, std::memory_order_relaxed))
+        ProcessAllNotesOff(0, time.position);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::UpdateEffect()
+{
+    if (MAudioEffectPlugin* const effect = GetEffect())
+        effect->Update();
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessUpdate()
+{
+    MGuarded("MAudioEffectPluginToAudioPluginAdapter::ProcessUpdate", 0,
+             [this]
+             {
+                 if (MAudioEffectPlugin* const effect = GetEffect())
+                     effect->ProcessUpdate();
+                 return 0;
+             });
+}
+
+int MAudioEffectPluginToAudioPluginAdapter::GetLatency()
+{
+    MAudioEffectPlugin* const effect = GetEffect();
+    return effect != nullptr ? std::max(0, effect->GetLatency()) : 0;
+}
+
+int MAudioEffectPluginToAudioPluginAdapter::GetTail()
+{
+    MAudioEffectPlugin* const effect = GetEffect();
+    return effect != nullptr ? effect->GetTail() : -1;
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::SetMaxLFOBlockSize(int samples) noexcept
+{
+    maxLFOBlockSize = std::clamp(samples, 1, MaxMaxLFOBlockSize);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::OnCustomParameterChanged(MAutomationAdapter& adapter)
+{
+    NeedUpdateEditor(adapter);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quarters, int channel,
+                                                         int note, double velocity, bool on)
+{
+    MMIDIProcessor::ProcessNote(offset, quarters, channel, note, velocity, on);
+    if (on)
+        controllers.OnNote(channel, note, GetPitch());
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessPressure(int offset, double quarters,
+                                                             int channel, int note, double value)
+{
+    MMIDIProcessor::ProcessPressure(offset, quarters, channel, note, value);
+    controllers.OnSource(channel, MMIDIControllerAssignment::Pressure, 2.0 * value - 1.0);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ProcessPitchWheel(int offset, double quarters,
+                                                               int channel, double value)
+{
+    MMIDIProcessor::ProcessPitchWheel(offset, quarters, channel, value);
+    controllers.OnSource(channel, MMIDIControllerAssignment::PitchBend, value);
+}
+
+bool MAudioEffectPluginToAudioPluginAdapter::ProcessMIDIController(int offset, double quarters,
+                                                                   int channel, int number,
+                                                                   double value)
+{
+    const bool isTaken =
+        MMIDIProcessor::ProcessMIDIController(offset, quarters, channel, number, value);
+    controllers.OnSource(channel, number, 2.0 * value - 1.0);
+    return isTaken;
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::Store(const MStorageDescriptor& storage)
+{
+    MGuarded("MAudioEffectPluginToAudioPluginAdapter::Store", 0,
+             [&]
+             {
+                 if (storage.storing)
+                     StoreState(storage);
+                 else
+                     Load(storage);
+                 return 0;
+             });
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::Load(const MStorageDescriptor& storage)
+{
+    CheckSettingsTree(storage.item); // before anything changes
+    const int latencyBefore = latency;
+    {
+        const SuspendScope suspended(*this);
+        const MLockGuard settings(GetSettingsLock());
+        const MLockGuard processing(GetProcessingLock());
+        StoreState(storage);
+        InitLocked();
+    }
+    InitDone();
+    for (MAutomationAdapter* const adapter : GetAdapters())
+        NeedUpdateEditor(*adapter);
+    if (latency != latencyBefore && GetAdapter() != nullptr)
+        GetAdapter()->LatencyChanged();
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreState(const MStorageDescriptor& storage)
+{
+    StoreSettings(storage);
+    MXMLItem& item = storage.item;
+    if (storage.storing)
+    {
+        item.SetAttribute("ChannelMode", MString(MChannelModeInfo::Get(GetChannelMode()).name));
+        if (IsBypassed())
+            item.SetAttribute("Bypass", 1);
+        if (GetMaxLFOBlockSize() != DefaultMaxLFOBlockSize)
+            item.SetAttribute("MaxLFOBlockSize", GetMaxLFOBlockSize());
+    }
+    else
+    {
+        LoadChannelMode(item);
+        SetBypassed(item.GetAttribute("Bypass", "0").ToInteger() != 0);
+        SetMaxLFOBlockSize(static_cast<int>(std::clamp<std::int64_t>(
+            item.GetAttribute("MaxLFOBlockSize", MString::FromInteger(DefaultMaxLFOBlockSize))
+                .ToInteger(),
+            1, MaxMaxLFOBlockSize)));
+    }
+    if (GetChannelMode() == MChannelMode::Surround && CountChannels() < 3)
+        channelMode = MChannelMode::LeftRight;
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::LoadChannelMode(MXMLItem& item)
+{
+    if (item.HasAttribute("EnableSurroundProcessing"))
+        channelMode =
+            item.GetAttribute().ToInteger() != 0 ? MChannelMode::Surround : MChannelMode::LeftRight;
+    if (!item.HasAttribute("ChannelMode"))
+        return;
+    MChannelMode mode = GetChannelMode();
+    double number = 0.0;
+    const MString text = item.GetAttribute();
+    if (MChannelModeInfo::Find(text, mode))
+        channelMode = mode;
+    else if (text.ReadDouble(number) && number >= 0.0 && number < MChannelModeInfo::Count)
+        channelMode = static_cast<MChannelMode>(static_cast<int>(number));
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreSettings(const MStorageDescriptor& storage)
+{
+    const MLockGuard settings(GetSettingsLock());
+    MAudioEffectPlugin* const effect = GetEffect();
+    if (storage.storing)
+    {
+        storage.item.Clear();
+        effect->Store(storage.item);
+    }
+    else
+        effect->Load(storage.item);
+    StoreStandardSettings(storage);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
+    const MStorageDescriptor& storage)
+{
+    if (!storage.storing)
+    {
+        controllers.Load(storage.item);
+        return;
+    }
+    MIDIControllers copy(*this);
+    {
+        const MLockGuard processing(GetProcessingLock());
+        copy.assignments = controllers.assignments;
+        copy.noteControllers = controllers.noteControllers;
+    }
+    copy.Store(storage.item);
+}

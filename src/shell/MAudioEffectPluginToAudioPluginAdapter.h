@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+
+#include "effect/MAudioEffectPluginHost.h"
+#include "effect/parameters/MParameterList.h"
+#include "shell/MAudioPluginPipeline.h"
+#include "shell/MIDIControllers.h"
+
+class MAudioEffectPlugin;
+
+/// The shell: makes a complete audio plugin of an effect, which knows nothing of it. It creates the
+/// effect behind its entry point, shares its processing lock with it, wires its parameters and its
+/// MIDI listener, and keeps the state of both.
+class MAudioEffectPluginToAudioPluginAdapter : public MAudioPluginPipeline
+{
+public:
+    static constexpr int DefaultMaxLFOBlockSize = 256; ///< samples
+    static constexpr int MaxMaxLFOBlockSize = 65536;
+
+    MAudioEffectPluginToAudioPluginAdapter();
+    ~MAudioEffectPluginToAudioPluginAdapter() override;
+
+    /// Makes the plugin whole; InitProcessing has yet to follow. Once.
+    /// @throws MException "Error creating plugin.", after which only destruction is left
+    virtual void Initialize(const MString& productName, const MString& makerName,
+                            MPluginCall entryPoint, int editorWidth, int editorHeight);
+
+    void Store(const MStorageDescriptor& storage) override;
+    void StoreSettings(const MStorageDescriptor& storage) override;
+
+    void UpdateEffect() override;
+    void ProcessUpdate() override;
+    int GetLatency() override;
+    int GetTail() override;
+
+    // MIDI: the listeners first, then the shell's own assignments.
+    void ProcessNote(int offset, double time, int channel, int note, double velocity,
+                     bool on) override;
+    void ProcessPressure(int offset, double time, int channel, int note, double value) override;
+    void ProcessPitchWheel(int offset, double time, int channel, double value) override;
+    bool ProcessMIDIController(int offset, double time, int channel, int number,
+                               double value) override;
+
+    void OnCustomParameterChanged(MAutomationAdapter& adapter) override;
+
+    /// Bound of a sub-block while anything moves a parameter; limited to 1 to MaxMaxLFOBlockSize.
+    void SetMaxLFOBlockSize(int samples) noexcept;
+    int GetMaxLFOBlockSize() const noexcept { return maxLFOBlockSize.load(); }
+
+    /// Under the processing lock.
+    MIDIControllers& GetControllers() noexcept { return controllers; }
+    MAudioEffectPlugin* GetEffect() const noexcept;
+
+protected:
+    void Process(float* const* inputs, float* const* outputs, int samples) override;
+    void ProcessPre(const float* const* inputs, int samples) override;
+    void ProcessPost(float* const* outputs, int samples) override;
+    void InitEffect() override;
+    void InitDone() override;
+
+    /// All of the state, in its order.
+    virtual void StoreState(const MStorageDescriptor& storage);
+    /// What the shell keeps itself, the same for every effect.
+    virtual void StoreStandardSettings(const MStorageDescriptor& storage);
+
+private:
+    void CreateEffect(MPluginCall entryPoint, const MString& productName);
+    void WireEffect();
+    void PrepareForProcessing(int samples);
+    void LoadChannelMode(MXMLItem& item);
+    void Load(const MStorageDescriptor& storage);
+
+    std::unique_ptr<MAudioEffectPluginHost> host;
+    MParameterList parameters;
+    MIDIControllers controllers;
+    std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
+    std::int32_t effectMaxBlock = 0; ///< samples
+};
