@@ -125,9 +125,20 @@ void MAudioPluginAutomation::SetParameterIfChanged(int index, double value01, bo
 
 int MAudioPluginAutomation::FindParameter(const MString& id) const
 {
+    return FindByText(&AutomationAdapter::GetParameterID, id);
+}
+
+int MAudioPluginAutomation::FindParameterByName(const MString& name) const
+{
+    return FindByText(&AutomationAdapter::GetParameterName, name);
+}
+
+int MAudioPluginAutomation::FindByText(MString (AutomationAdapter::*text)(int) const,
+                                       const MString& wanted) const
+{
     for (const AutomationAdapter* adapter : adapters)
         for (int index = 0; index < adapter->GetCount(); ++index)
-            if (adapter->GetParameterID(index) == id)
+            if ((adapter->*text)(index) == wanted)
                 return adapter->GetFirstIndex() + index;
     return -1;
 }

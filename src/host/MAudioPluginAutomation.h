@@ -80,6 +80,8 @@ private:
     template <typename Result, typename... Parameters, typename... Arguments>
     Result Ask(int index, Result (AutomationAdapter::*operation)(int, Parameters...) const,
                const Arguments&... arguments) const;
+    /// Index of the parameter whose @p text, a member of the adapters, is @p wanted; -1 for none.
+    int FindByText(MString (AutomationAdapter::*text)(int) const, const MString& wanted) const;
 
     std::vector<AutomationAdapter*> adapters; ///< by rising first index
     std::vector<std::unique_ptr<AutomationAdapter>> temporaryAdapters;

@@ -3,18 +3,18 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
+#include "foundation/strings/MStringFormatter.h"
 #include "host/MAudioPlugin.h"
 
 /// A row of values that live here, each with the one that the effect hears while it is modulated.
 class RowAdapter final : public MAutomationAdapter
 {
 public:
-    explicit RowAdapter(int indexCount, std::string rowName = "row")
+    explicit RowAdapter(int indexCount, const char* rowName = "row")
         : MAutomationAdapter(indexCount),
-          name(std::move(rowName)),
+          name(rowName),
           cells(static_cast<std::size_t>(indexCount))
     {
     }
@@ -43,9 +43,10 @@ public:
             At(index).alternate = At(index).value.load();
         At(index).isModulated = on;
     }
+    MString GetParameterSection(int index) const override { return Has(index) ? "Rows" : ""; }
     MString GetParameterNameWithoutSection(int index) const override
     {
-        return Has(index) ? MString((name + std::to_string(index)).c_str()) : MString();
+        return Has(index) ? MStringFormatter("{0}{1}").Add(name).Add(index).Result() : MString();
     }
 
     double Heard(int index) const
@@ -71,7 +72,7 @@ private:
     Cell& At(int index) { return cells[static_cast<std::size_t>(index)]; }
     const Cell& At(int index) const { return cells[static_cast<std::size_t>(index)]; }
 
-    std::string name;
+    const char* name; ///< a literal
     std::vector<Cell> cells;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/strings/MStringFormatter.h"
 #include "tests/host/AutomationUnderTest.h"
 
 namespace
@@ -37,18 +38,21 @@ TEST_F(MAudioPluginAutomationTest, EachIndexReachesItsAdapter)
     };
     const auto check = [&](const Case& row, const MString& name)
     {
-        EXPECT_EQ(plugin.GetParameterName(row.index), name) << row.index;
+        EXPECT_EQ(plugin.GetParameterNameWithoutSection(row.index), name) << row.index;
         plugin.SetParameter(row.index, 0.25, true);
         EXPECT_EQ(plugin.GetParameter(row.index), name.IsEmpty() ? 0.0 : 0.25) << row.index;
         EXPECT_EQ(plugin.GetParameterDefaultValue(row.index), name.IsEmpty() ? 0.0 : 0.5);
-        EXPECT_EQ(plugin.FindParameter(name), name.IsEmpty() ? -1 : row.index);
+        const MString id = name.IsEmpty() ? name : MStringFormatter("Rows.{0}").Add(name).Result();
+        EXPECT_EQ(plugin.GetParameterID(row.index), id) << row.index;
+        EXPECT_EQ(plugin.FindParameter(id), name.IsEmpty() ? -1 : row.index);
     };
     for (const Case& row : Cases)
         check(row, row.name);
     plugin.DestroyTemporaryAutomationAdapters();
     for (const Case& row : Cases)
         check(row, row.afterwards);
-    EXPECT_EQ(plugin.FindParameter("passing0"), -1);
+    EXPECT_EQ(plugin.FindParameter("Rows.passing0"), -1);
+    EXPECT_EQ(plugin.FindParameterByName("last0 (Rows)"), 5);
     EXPECT_EQ(plugin.GetParameterCount(), 6);
 }
 
@@ -60,7 +64,7 @@ TEST_F(MAudioPluginAutomationTest, IndicesOfTemporaryAdaptersAtTheEndAreFreeAgai
     EXPECT_EQ(plugin.GetParameterCount(), 6);
     RowAdapter next(1, "next");
     plugin.AddAdapter(next);
-    EXPECT_EQ(plugin.FindParameter("next0"), 6);
+    EXPECT_EQ(plugin.FindParameter("Rows.next0"), 6);
 }
 
 TEST_F(MAudioPluginAutomationTest, AnEchoSetsNothing)
