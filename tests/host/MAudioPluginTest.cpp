@@ -15,6 +15,8 @@ namespace
 class Host final : public MAudioPluginAdapter
 {
 public:
+    virtual ~Host() = default;
+
     void SendAutomation(int index, double value01) override { sent.emplace_back(index, value01); }
     void SendBypassAutomation(bool) override {}
     void GenerateMIDIEvent(int, const std::uint8_t*) override {}
@@ -136,6 +138,8 @@ TEST(MAudioPlugin, SendsAllValuesOfAnAdapterUnderItsIndices)
 class Sink final : public MAudioPluginUpdateRequestSink
 {
 public:
+    virtual ~Sink() = default;
+
     void RequestUpdate(MAudioPlugin& plugin) override
     {
         taken = plugin.TakePendingEditorUpdates().size();
@@ -153,7 +157,7 @@ TEST(MAudioPluginThreads, PendingUpdatesAreRequestedWhileAnEditorIsOpen)
     RowAdapter row(1);
     plugin.AddAdapter(row);
     Sink sink;
-    plugin.SetUpdateRequestSink(&sink);
+    MAudioPlugin::SetUpdateRequestSink(&sink);
     for (int opening = 0; opening < 2; ++opening)
     {
         plugin.StartUpdateRequests();
@@ -166,7 +170,7 @@ TEST(MAudioPluginThreads, PendingUpdatesAreRequestedWhileAnEditorIsOpen)
         plugin.TakePendingEditorUpdates();
     }
     plugin.StartUpdateRequests();
-    plugin.SetUpdateRequestSink(nullptr);
+    MAudioPlugin::SetUpdateRequestSink(nullptr);
     plugin.NeedUpdateEditor(row);
     EXPECT_NE(sink.arrived.Lock(250), 0);
 } // the end of a plugin with an open editor waits for its thread
