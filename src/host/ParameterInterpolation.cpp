@@ -153,9 +153,10 @@ void ParameterInterpolation::SetHeld(int index, bool on) noexcept
 
 bool ParameterInterpolation::Prepare(int samples)
 {
+    if (isMoving) // the last block failed before its end
+        Finish();
     // Behind a reset there is nowhere to come from: Finish takes the present values.
     isPrepared = !std::exchange(isReset, false);
-    isMoving = false;
     if (!isPrepared)
         return false;
 

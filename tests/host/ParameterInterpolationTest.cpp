@@ -232,6 +232,24 @@ TEST_F(ParameterInterpolationTest, WhatAModulatorHoldsIsLeftToIt)
     }
 }
 
+TEST_F(ParameterInterpolationTest, ABlockThatFailedMidwayIsEndedByTheNextOne)
+{
+    for (const int samples : {512, 1})
+    {
+        plugin.SetParameter(First, 0.0, true);
+        lines.Reset();
+        Rest(512);
+        plugin.SetParameter(First, 0.5, true);
+        ASSERT_TRUE(lines.Prepare(512));
+        plugin.SetParameter(First, 1.0, true);
+        EXPECT_EQ(lines.Prepare(samples), samples > 1);
+        lines.Finish();
+        EXPECT_EQ(plugin.GetParameter(First), 1.0);
+        EXPECT_EQ(row.Heard(0), 1.0);
+        EXPECT_FALSE(row.IsModulated(0));
+    }
+}
+
 TEST_F(ParameterInterpolationTest, WhatGoesAwayIsForgotten)
 {
     plugin.AddTemporaryAdapter(std::make_unique<RowAdapter>(1));
