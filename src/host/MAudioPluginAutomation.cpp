@@ -143,14 +143,6 @@ int MAudioPluginAutomation::FindByText(MString (AutomationAdapter::*text)(int) c
     return -1;
 }
 
-int MAudioPluginAutomation::FindParameterByName(const MString& name) const
-{
-    for (int index = 0; index < parameterCount; ++index)
-        if (GetParameterName(index) == name)
-            return index;
-    return -1;
-}
-
 void MAudioPluginAutomation::AddAdapter(AutomationAdapter& adapter)
 {
     adapters.push_back(&adapter);
