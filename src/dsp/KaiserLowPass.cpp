@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <numbers>
@@ -90,7 +91,7 @@ KaiserLowPass::KaiserLowPass(int newFactor, double transition, int delayStep)
             sum += tap;
         }
         // Constant signals thus pass without any image.
-        std::ranges::transform(exact, taps.begin() + phase * 2 * delay,
+        std::ranges::transform(exact, taps.begin() + std::ssize(exact) * phase,
                                [sum](double tap) { return static_cast<float>(tap / sum); });
     }
 }

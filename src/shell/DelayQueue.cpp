@@ -37,7 +37,7 @@ void DelayQueue::SetLength(int samples)
     if (length == ring.size())
         return;
     std::vector<float> next(length);
-    std::ranges::rotate(ring, ring.begin() + static_cast<std::ptrdiff_t>(oldest));
+    std::rotate(ring.begin(), ring.begin() + static_cast<std::ptrdiff_t>(oldest), ring.end());
     const std::size_t kept = std::min(length, ring.size());
     std::copy(ring.end() - static_cast<std::ptrdiff_t>(kept), ring.end(),
               next.end() - static_cast<std::ptrdiff_t>(kept));

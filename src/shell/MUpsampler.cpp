@@ -33,13 +33,14 @@ constexpr double Cubic(double a, double b, double c, double x, double t)
 /// what each alone would give.
 constexpr auto CubicTaps = []
 {
-    std::array<std::array<float, CubicTapCount * MUpsampler::MaxFactor>, MUpsampler::MaxFactor + 1>
+    std::array<std::array<float, std::size_t{CubicTapCount} * MUpsampler::MaxFactor>,
+               MUpsampler::MaxFactor + 1>
         taps{};
     for (std::size_t factor = 2; factor < taps.size(); ++factor)
         for (std::size_t phase = 0; phase < factor; ++phase)
         {
             const double t = static_cast<double>(phase) / static_cast<double>(factor);
-            float* tap = &taps[factor][phase * CubicTapCount];
+            float* tap = &taps[factor][phase * std::size_t{CubicTapCount}];
             tap[0] = static_cast<float>(Cubic(1.0, 0.0, 0.0, 0.0, t));
             tap[1] = static_cast<float>(Cubic(0.0, 0.0, 1.0, 0.0, t));
             tap[2] = static_cast<float>(Cubic(0.0, 1.0, 0.0, 0.0, t));
@@ -54,6 +55,13 @@ int SmallestPrimeOf(int number)
     while (number % prime != 0)
         ++prime;
     return prime;
+}
+
+/// A @p past and @p n samples to come.
+std::vector<float> MakePast(int past, int n)
+{
+    const int length = past + n;
+    return std::vector<float>(static_cast<std::size_t>(length));
 }
 
 /// Moves the last @p past samples to the front, after @p n have come in.
@@ -108,9 +116,9 @@ void MUpsampler::MakeLowPasses()
         stage.filter = stage.lowPass->GetPhases();
         delay += 2 * stage.lowPass->GetDelay() / multiple;
         memoryLength += stage.LowerPast() / multiple + 1;
-        stage.lower.resize(static_cast<std::size_t>(stage.LowerPast() + pieceLength * multiple));
+        stage.lower = MakePast(stage.LowerPast(), pieceLength * multiple);
         multiple *= stage.filter.phases;
-        stage.higher.resize(static_cast<std::size_t>(stage.HigherPast() + pieceLength * multiple));
+        stage.higher = MakePast(stage.HigherPast(), pieceLength * multiple);
     }
     plainDelay.SetLength(GetLatency(factor, true) - delay);
 }
@@ -122,7 +130,7 @@ void MUpsampler::MakeCubic()
                     .tapCount = CubicTapCount,
                     .phases = factor,
                     .isPassing = true};
-    stage.lower.resize(static_cast<std::size_t>(stage.LowerPast() + pieceLength));
+    stage.lower = MakePast(stage.LowerPast(), pieceLength);
     memoryLength = stage.LowerPast();
     plainDelay.SetLength(GetLatency(factor, false) - CubicDelay);
 }
@@ -144,7 +152,7 @@ float* MUpsampler::Upsample(const float* input, int n)
     {
         const int count = std::min(n - done, pieceLength);
         const float* piece = input == nullptr ? nullptr : input + done;
-        float* destination = upsampled.data() + done * factor;
+        float* destination = upsampled.data() + std::ptrdiff_t{done} * factor;
         if (IsAtRest(piece, count))
             kernels::Zero(destination, count * factor);
         else
@@ -160,7 +168,7 @@ void MUpsampler::Downsample(float* destination, int n, bool isAdding)
     for (int done = 0; done < n; done += pieceLength)
     {
         const int count = std::min(n - done, pieceLength);
-        Squeeze(piece.data(), output.data() + done * factor, count);
+        Squeeze(piece.data(), output.data() + std::ptrdiff_t{done} * factor, count);
         plainDelay.Process(piece.data(), piece.data(), count);
         if (isAdding)
             kernels::Add(destination + done, piece.data(), count);
@@ -221,7 +229,7 @@ void MUpsampler::Squeeze(float* destination, const float* source, int n) noexcep
     if (!isHigh)
     {
         for (int i = 0; i < n; ++i)
-            destination[i] = source[i * factor];
+            destination[i] = source[std::ptrdiff_t{i} * factor];
         return;
     }
 

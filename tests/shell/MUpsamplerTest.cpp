@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 #include <random>
@@ -43,7 +44,7 @@ std::vector<float> Up(MUpsampler& upsampler, const std::vector<float>& input, in
 {
     const int n = static_cast<int>(input.size());
     const float* samples = upsampler.Upsample(input.data(), n);
-    return {samples, samples + n * factor};
+    return {samples, samples + std::ptrdiff_t{n} * factor};
 }
 
 /// Up and down in blocks of @p block host samples; what came up goes down.
@@ -182,7 +183,7 @@ TEST(MUpsampler, DrawsTheCubicInStandardQuality)
         for (std::size_t i = 0; i < ramp.size(); ++i)
             ramp[i] = static_cast<float>(i);
         const std::vector<float> line = Up(upsampler, ramp, factor);
-        for (std::size_t k = static_cast<std::size_t>(3 * factor); k < out.size(); ++k)
+        for (std::size_t k = 3 * static_cast<std::size_t>(factor); k < out.size(); ++k)
         {
             const std::size_t newest = k / static_cast<std::size_t>(factor);
             const double a = noise[newest - 3];

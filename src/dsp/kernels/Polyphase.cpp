@@ -22,10 +22,10 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Lanes = hn::ScalableTag<float>;
 using Vector = hn::VFromD<Lanes>;
 
-constexpr int Width = static_cast<int>(hn::MaxLanes(Lanes()));
-constexpr int RunDistance = PolyphaseFilter::RunDistance;
-constexpr int BlockLength = 128; ///< samples at the lower rate that are worked out at once
-constexpr int RowLength = BlockLength + PolyphaseFilter::MaxTapCount;
+constexpr std::ptrdiff_t Width{hn::MaxLanes(Lanes())};
+constexpr std::ptrdiff_t RunDistance = PolyphaseFilter::RunDistance;
+constexpr int BlockLength = 256; ///< samples at the lower rate that are worked out at once
+constexpr std::ptrdiff_t RowLength = BlockLength + PolyphaseFilter::MaxTapCount;
 
 /// Vectors of one phase that are summed at once: as many as the registers hold.
 constexpr int VectorsFor(int phases)
@@ -40,6 +40,11 @@ struct Taps
     std::ptrdiff_t count;
 };
 
+Taps TapsFrom(const PolyphaseFilter& filter, int phase)
+{
+    return {filter.taps + std::ptrdiff_t{phase} * filter.tapCount, filter.tapCount};
+}
+
 /// Adds the products with @p Runs taps from each of @p from to @p to on. A vector of samples is
 /// loaded once for all phases, and for all runs that meet it again: loads across cache lines cost
 /// more than the arithmetic.
@@ -48,8 +53,8 @@ HWY_INLINE void AddRuns(Vector (&sums)[Phases][Vectors], const float* samples, T
                         std::ptrdiff_t from, std::ptrdiff_t to)
 {
     const Lanes lanes;
-    constexpr int Shift = RunDistance / Width;
-    constexpr int WindowLength = Vectors + (Runs - 1) * Shift;
+    constexpr std::ptrdiff_t Shift = RunDistance / Width;
+    constexpr std::ptrdiff_t WindowLength = Vectors + (Runs - 1) * Shift;
     for (std::ptrdiff_t j = from; j < to; ++j)
     {
         Vector window[WindowLength];
@@ -108,8 +113,8 @@ HWY_INLINE void Transpose(float* dst, std::ptrdiff_t dstStep, const float* src,
                           std::ptrdiff_t srcStep)
 {
 #if HWY_TARGET == HWY_SCALAR
-    for (int i = 0; i < 4; ++i)
-        for (int k = 0; k < 4; ++k)
+    for (std::ptrdiff_t i = 0; i < 4; ++i)
+        for (std::ptrdiff_t k = 0; k < 4; ++k)
             dst[i * dstStep + k] = src[k * srcStep + i];
 #else
     const hn::FixedTag<float, 4> four;
@@ -122,7 +127,7 @@ HWY_INLINE void Transpose(float* dst, std::ptrdiff_t dstStep, const float* src,
     const auto cd = hn::BitCast(pairs, hn::InterleaveLower(four, c, d));
     const auto abUpper = hn::BitCast(pairs, hn::InterleaveUpper(four, a, b));
     const auto cdUpper = hn::BitCast(pairs, hn::InterleaveUpper(four, c, d));
-    const auto store = [&](int i, auto row) HWY_ATTR
+    const auto store = [&](std::ptrdiff_t i, auto row) HWY_ATTR
     { hn::StoreU(hn::BitCast(four, row), four, dst + i * dstStep); };
     store(0, hn::InterleaveLower(pairs, ab, cd));
     store(1, hn::InterleaveUpper(pairs, ab, cd));
@@ -132,10 +137,10 @@ HWY_INLINE void Transpose(float* dst, std::ptrdiff_t dstStep, const float* src,
 }
 
 /// dst[i * phases + p] = rows[p * RowLength + i] for @p n places i.
-void Interleave(float* dst, const float* rows, int phases, int n)
+void Interleave(float* dst, const float* rows, std::ptrdiff_t phases, int n)
 {
     const Lanes lanes;
-    int done = 0;
+    std::ptrdiff_t done = 0;
     if (phases == 2)
         for (; done + Width <= n; done += Width)
             hn::StoreInterleaved2(hn::LoadU(lanes, rows + done),
@@ -147,22 +152,23 @@ void Interleave(float* dst, const float* rows, int phases, int n)
                 hn::LoadU(lanes, rows + 2 * RowLength + done), lanes, dst + done * 3);
     else if (phases >= 4)
         for (; done + 4 <= n; done += 4)
-            for (int p = 0; p < phases; p += 4)
+            for (std::ptrdiff_t p = 0; p < phases; p += 4)
             {
-                const int first = std::min(p, phases - 4); // some rows twice, if they are no fours
+                const std::ptrdiff_t first =
+                    std::min(p, phases - 4); // some rows twice, if they are no fours
                 Transpose(dst + done * phases + first, phases, rows + first * RowLength + done,
                           RowLength);
             }
     for (; done < n; ++done)
-        for (int p = 0; p < phases; ++p)
+        for (std::ptrdiff_t p = 0; p < phases; ++p)
             dst[done * phases + p] = rows[p * RowLength + done];
 }
 
 /// rows[p * RowLength + i] = src[i * phases + p] for @p n places i.
-void Deal(float* rows, const float* src, int phases, int n)
+void Deal(float* rows, const float* src, std::ptrdiff_t phases, int n)
 {
     const Lanes lanes;
-    int done = 0;
+    std::ptrdiff_t done = 0;
     if (phases == 2)
         for (; done + Width <= n; done += Width)
         {
@@ -185,19 +191,19 @@ void Deal(float* rows, const float* src, int phases, int n)
         }
     else if (phases >= 4)
         for (; done + 4 <= n; done += 4)
-            for (int p = 0; p < phases; p += 4)
+            for (std::ptrdiff_t p = 0; p < phases; p += 4)
             {
-                const int first = std::min(p, phases - 4);
+                const std::ptrdiff_t first = std::min(p, phases - 4);
                 Transpose(rows + first * RowLength + done, RowLength, src + done * phases + first,
                           phases);
             }
     for (; done < n; ++done)
-        for (int p = 0; p < phases; ++p)
+        for (std::ptrdiff_t p = 0; p < phases; ++p)
             rows[p * RowLength + done] = src[done * phases + p];
 }
 
 /// How many samples of a row are read for @p n outputs, as the last vector is a whole one.
-int ReadLength(int n, int tapCount)
+std::ptrdiff_t ReadLength(std::ptrdiff_t n, int tapCount)
 {
     return (n + Width - 1) / Width * Width + tapCount - 1;
 }
@@ -229,7 +235,7 @@ template <int Phases>
 void StretchPhases(float* rows, const float* samples, Taps taps, int n)
 {
     constexpr int Vectors = VectorsFor(Phases);
-    int at = 0;
+    std::ptrdiff_t at = 0;
     for (; at + (Vectors - 1) * Width < n; at += Vectors * Width)
         StretchVectors<Phases, Vectors>(rows + at, samples + at, taps);
     for (; at + (Vectors / 2 - 1) * Width < n; at += Vectors / 2 * Width)
@@ -247,7 +253,7 @@ void Stretch(float* rows, const float* samples, const PolyphaseFilter& filter, i
     for (int count = 0; p < filter.phases; p += count)
     {
         count = std::min(filter.phases - p, 4);
-        const Taps taps{filter.taps + p * filter.tapCount, filter.tapCount};
+        const Taps taps = TapsFrom(filter, p);
         float* phases = rows + p * RowLength;
         if (count == 4)
             StretchPhases<4>(phases, samples, taps, n);
@@ -273,7 +279,7 @@ HWY_INLINE void SqueezeVectors(float* dst, const float* rows, const PolyphaseFil
         sums[0][v] = filter.isPassing ? hn::LoadU(lanes, passing + v * Width) : hn::Zero(lanes);
     for (int p = 0; p < filter.phases; ++p, row -= RowLength)
         if (p > 0 || !filter.isPassing)
-            AddAll(sums, row, {filter.taps + p * filter.tapCount, filter.tapCount});
+            AddAll(sums, row, TapsFrom(filter, p));
     HWY_UNROLL(8)
     for (int v = 0; v < Vectors; ++v)
         hn::StoreU(sums[0][v], lanes, dst + v * Width);
@@ -283,7 +289,7 @@ HWY_INLINE void SqueezeVectors(float* dst, const float* rows, const PolyphaseFil
 void Squeeze(float* dst, const float* rows, const PolyphaseFilter& filter, int n)
 {
     constexpr int Vectors = VectorsFor(1);
-    int at = 0;
+    std::ptrdiff_t at = 0;
     for (; at + (Vectors - 1) * Width < n; at += Vectors * Width)
         SqueezeVectors<Vectors>(dst + at, rows + at, filter);
     for (; at + (Vectors / 2 - 1) * Width < n; at += Vectors / 2 * Width)

@@ -363,7 +363,8 @@ bool IsValid(const PolyphaseFilter& filter)
 }
 
 /// @p sum and the products of phase @p p with samples that stand @p step apart.
-float AddPhase(float sum, const float* samples, int step, const PolyphaseFilter& filter, int p)
+float AddPhase(float sum, const float* samples, std::ptrdiff_t step, const PolyphaseFilter& filter,
+               std::ptrdiff_t p)
 {
     if (p == 0 && filter.isPassing)
         return samples[(filter.tapCount / 2 - 1) * step];
@@ -381,7 +382,7 @@ void StretchFIR(float* dst, const float* src, const PolyphaseFilter& filter, int
         return;
     for (int i = 0; i < n; ++i)
         for (int p = 0; p < filter.phases; ++p)
-            dst[i * filter.phases + p] = AddPhase(0.0f, src + i, 1, filter, p);
+            dst[std::ptrdiff_t{i} * filter.phases + p] = AddPhase(0.0f, src + i, 1, filter, p);
 }
 
 void SqueezeFIR(float* dst, const float* src, const PolyphaseFilter& filter, int n) noexcept
@@ -390,7 +391,7 @@ void SqueezeFIR(float* dst, const float* src, const PolyphaseFilter& filter, int
         return;
     for (int i = 0; i < n; ++i)
     {
-        const float* frame = src + i * filter.phases;
+        const float* frame = src + std::ptrdiff_t{i} * filter.phases;
         float sum = 0.0f;
         for (int p = 0; p < filter.phases; ++p)
             sum = AddPhase(sum, frame + filter.phases - 1 - p, filter.phases, filter, p);

@@ -17,7 +17,8 @@ constexpr int TapCounts[] = {1, 2, 14, 16, 17, 40, 63, 64};
 
 struct FilterUnderTest : PolyphaseFilter
 {
-    FilterUnderTest(int newTapCount, int phaseCount, bool passing) : all(Noise(newTapCount * phaseCount, 2))
+    FilterUnderTest(int newTapCount, int phaseCount, bool passing)
+        : all(Noise(newTapCount * phaseCount, 2))
     {
         PolyphaseFilter::taps = all.data();
         tapCount = newTapCount;
