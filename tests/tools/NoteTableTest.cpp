@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/Signals.h"
-#include "tools/render/EffectRunner.h"
+#include "tools/render/PluginRunner.h"
 
 namespace
 {
@@ -18,7 +18,7 @@ constexpr int Rate = 48000;
 std::string TableOf(const std::vector<PlannedNote>& notes, std::span<const float> sound,
                     std::size_t blockFrames)
 {
-    const EffectRunner runner; // at its defaults
+    const PluginRunner runner; // at its defaults
     NoteTable table(notes, ExpectedPitch(runner, 2), Rate);
     for (; !sound.empty(); sound = sound.subspan(std::min(blockFrames, sound.size())))
         table.Feed(sound.first(std::min(blockFrames, sound.size())));

@@ -7,7 +7,7 @@
 
 #include "effect/MPluginParameterRecord.h"
 #include "foundation/threads/MException.h"
-#include "tools/render/EffectRunner.h"
+#include "tools/render/PluginRunner.h"
 
 namespace
 {
@@ -18,7 +18,7 @@ protected:
     double Value(const char* name) const { return runner.FindParameter(name)->Effective(); }
     double Value01(const MString& name) const
     {
-        for (const AdapterValue& value : runner.GetParameters())
+        for (const PluginParameter& value : runner.GetParameters())
             if (value.GetName() == name)
                 return value.Get01();
         return std::nan("");
@@ -38,7 +38,7 @@ protected:
         }
     }
 
-    EffectRunner runner;
+    PluginRunner runner;
     ParameterSettings settings{runner};
 };
 

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "effect/MPluginParameterRecord.h"
-#include "tools/render/EffectRunner.h"
 #include "tools/render/Failure.h"
+#include "tools/render/PluginRunner.h"
 
 namespace
 {
@@ -12,7 +12,7 @@ namespace
 constexpr double WheelRange = 2.0;     ///< semitones to either side
 constexpr double ConcertPitch = 440.0; ///< Hz of MIDI note 69
 
-const MPluginParameterRecord& Get(const EffectRunner& runner, const char* name)
+const MPluginParameterRecord& Get(const PluginRunner& runner, const char* name)
 {
     if (const MPluginParameterRecord* const record = runner.FindParameter(name))
         return *record;
@@ -21,7 +21,7 @@ const MPluginParameterRecord& Get(const EffectRunner& runner, const char* name)
 
 } // namespace
 
-ExpectedPitch::ExpectedPitch(const EffectRunner& runner, int channels)
+ExpectedPitch::ExpectedPitch(const PluginRunner& runner, int channels)
 {
     const auto value = [&runner](const char* name) { return Get(runner, name).Effective(); };
     const MPluginParameterRecord& frequency = Get(runner, "Frequency");

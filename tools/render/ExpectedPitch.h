@@ -1,6 +1,6 @@
 #pragma once
 
-class EffectRunner;
+class PluginRunner;
 
 /// The frequency of a note, worked out from the parameter values alone, to judge what the effect
 /// plays. Of the first channel, which is the lowest or highest of the spread.
@@ -8,7 +8,7 @@ class ExpectedPitch
 {
 public:
     /// Takes the present values of @p runner, for a sound of @p channels.
-    ExpectedPitch(const EffectRunner& runner, int channels);
+    ExpectedPitch(const PluginRunner& runner, int channels);
 
     /// Hz of MIDI note @p note with the pitch wheel at @p wheel, -1.0 to 1.0.
     double Hz(int note, double wheel) const noexcept;

@@ -33,16 +33,20 @@ std::string CentText(double cents)
 } // namespace
 
 NoteTable::NoteTable(std::span<const PlannedNote> plannedNotes, const ExpectedPitch& pitch,
-                     int sampleRate)
+                     int sampleRate, int edgeFrames)
     : rate(sampleRate)
 {
     const auto maxFrames = static_cast<std::int64_t>(MaxMeasuredSeconds * rate);
     for (const PlannedNote& note : plannedNotes)
+    {
+        const std::int64_t begin = std::min(note.pieceBegin + edgeFrames, note.pieceEnd);
+        const std::int64_t end = std::max(note.pieceEnd - edgeFrames, begin);
         rows.push_back({.seconds = static_cast<double>(note.startFrame) / rate,
                         .note = note.note,
                         .expectedHz = pitch.Hz(note.note, note.wheel),
-                        .begin = note.pieceBegin,
-                        .end = std::min(note.pieceEnd, note.pieceBegin + maxFrames)});
+                        .begin = begin,
+                        .end = std::min(end, begin + maxFrames)});
+    }
 }
 
 void NoteTable::Feed(std::span<const float> block)

@@ -15,11 +15,12 @@
 class NoteTable
 {
 public:
-    /// For notes of a sound at @p sampleRate Hz.
-    NoteTable(std::span<const PlannedNote> plannedNotes, const ExpectedPitch& pitch,
-              int sampleRate);
+    /// For notes of a sound at @p sampleRate Hz. The first and last @p edgeFrames of each may still
+    /// be mixed with the note before or behind it, and are not measured.
+    NoteTable(std::span<const PlannedNote> plannedNotes, const ExpectedPitch& pitch, int sampleRate,
+              int edgeFrames = 0);
 
-    /// Takes the next block of the first channel.
+    /// Takes the next block of the channel that sounds at the expected pitch.
     void Feed(std::span<const float> block);
 
     /// After the last block.

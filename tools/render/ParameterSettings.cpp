@@ -4,10 +4,10 @@
 #include <array>
 #include <ostream>
 
-#include "tools/render/AdapterValue.h"
-#include "tools/render/EffectRunner.h"
 #include "tools/render/Failure.h"
 #include "tools/render/ParameterText.h"
+#include "tools/render/PluginParameter.h"
+#include "tools/render/PluginRunner.h"
 #include "tools/render/Text.h"
 
 void ParameterSettings::SetText(const std::string& name, const std::string& text)
@@ -23,7 +23,7 @@ void ParameterSettings::SetShape(const std::string& text)
 void ParameterSettings::Read(const std::string& option, const std::string& name,
                              const std::string& text)
 {
-    const AdapterValue value = Find(name);
+    const PluginParameter value = Find(name);
     try
     {
         ReadParameterText(value, text);
@@ -36,11 +36,19 @@ void ParameterSettings::Read(const std::string& option, const std::string& name,
 
 void ParameterSettings::Set01(const std::string& name, double value01)
 {
-    const AdapterValue value = Find(name);
+    const PluginParameter value = Find(name);
     if (!(value01 >= 0.0 && value01 <= 1.0))
         throw Failure("--set01 " + name + "=" + text::Short(value01),
                       "it is outside the range of 0 to 1");
     value.Set01(value01);
+}
+
+PluginParameter ParameterSettings::Find(const std::string& name) const
+{
+    for (const PluginParameter& value : runner.GetParameters())
+        if (value.GetName() == MString::FromUTF8(name))
+            return value;
+    throw Failure("there is no parameter \"" + name + "\"; there are " + ListNames());
 }
 
 void ParameterSettings::List(std::ostream& stream) const
@@ -48,7 +56,7 @@ void ParameterSettings::List(std::ostream& stream) const
     constexpr std::size_t Gap = 2;
     using Row = std::array<std::string, 4>;
     std::vector<Row> rows = {{"Parameter", "Value", "Normalised", "Range"}};
-    for (const AdapterValue& value : runner.GetParameters())
+    for (const PluginParameter& value : runner.GetParameters())
         rows.push_back({value.GetName().ToUTF8(), value.GetText(), text::Fixed(value.Get01(), 4),
                         value.GetTextAt(0.0) + " to " + value.GetTextAt(1.0)});
 
@@ -64,18 +72,10 @@ void ParameterSettings::List(std::ostream& stream) const
     }
 }
 
-AdapterValue ParameterSettings::Find(const std::string& name) const
-{
-    for (const AdapterValue& value : runner.GetParameters())
-        if (value.GetName() == MString::FromUTF8(name))
-            return value;
-    throw Failure("there is no parameter \"" + name + "\"; there are " + ListNames());
-}
-
 std::string ParameterSettings::ListNames() const
 {
     std::string names;
-    for (const AdapterValue& value : runner.GetParameters())
+    for (const PluginParameter& value : runner.GetParameters())
         names += (names.empty() ? "" : ", ") + value.GetName().ToUTF8();
     return names;
 }

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
-#include "tools/render/AdapterValue.h"
 #include "tools/render/Failure.h"
+#include "tools/render/PluginParameter.h"
 #include "tools/render/Text.h"
 
 namespace
@@ -15,7 +15,7 @@ namespace
 constexpr double RangeTolerance = 1e-9;
 
 /// Not so for a shape, which has a name at both ends.
-bool ShowsNumbers(const AdapterValue& value)
+bool ShowsNumbers(const PluginParameter& value)
 {
     return text::ReadNumberWithUnit(value.GetTextAt(0.0)) ||
            text::ReadNumberWithUnit(value.GetTextAt(1.0));
@@ -23,7 +23,7 @@ bool ShowsNumbers(const AdapterValue& value)
 
 /// The unit in which the parser takes numbers. A display may scale it ("kHz" for "Hz"), so it is
 /// the shortest of those shown in the range; empty if none is.
-std::string BaseUnit(const AdapterValue& value)
+std::string BaseUnit(const PluginParameter& value)
 {
     constexpr int Steps = 8;
     std::string shortest;
@@ -45,7 +45,7 @@ bool Abbreviates(const std::string& typed, const MString& unit)
     return unit.Mid(0, text.Length()) == text;
 }
 
-void CheckUnit(const AdapterValue& value, const std::string& typed)
+void CheckUnit(const PluginParameter& value, const std::string& typed)
 {
     const std::string unit = BaseUnit(value);
     // "Cents" shows no unit, but a user may well write one.
@@ -57,7 +57,7 @@ void CheckUnit(const AdapterValue& value, const std::string& typed)
 }
 
 /// Where the value of @p text lies; nothing if there is none in it.
-std::optional<double> Parse(const AdapterValue& value, const std::string& text)
+std::optional<double> Parse(const PluginParameter& value, const std::string& text)
 {
     const MString typed = MString::FromUTF8(text);
     // The ends of a range may show words, such as "Disabled".
@@ -65,20 +65,20 @@ std::optional<double> Parse(const AdapterValue& value, const std::string& text)
         if (typed == MString::FromUTF8(value.GetTextAt(end)))
             return end;
 
-    MAutomationAdapter& adapter = *value.adapter;
-    const double present = adapter.GetRestorableParameter(value.index);
-    const double parsed = adapter.ParseParameterValueName(value.index, typed);
+    MAudioPlugin& plugin = *value.plugin;
+    const double present = plugin.GetRestorableParameter(value.index);
+    const double parsed = plugin.ParseParameterValueName(value.index, typed);
     if (parsed != present && parsed != value.Get01())
         return parsed;
     // The present value is the answer to unreadable texts, too. They follow it elsewhere.
-    adapter.SetParameter(value.index, present < 0.5 ? 1.0 : 0.0, true);
-    const bool isRead = adapter.ParseParameterValueName(value.index, typed) != value.Get01();
-    adapter.SetParameter(value.index, present, true);
+    plugin.SetParameter(value.index, present < 0.5 ? 1.0 : 0.0, true);
+    const bool isRead = plugin.ParseParameterValueName(value.index, typed) != value.Get01();
+    plugin.SetParameter(value.index, present, true);
     return isRead ? std::optional(parsed) : std::nullopt;
 }
 
 /// All words that it shows, to choose from.
-std::string ListWords(const AdapterValue& value)
+std::string ListWords(const PluginParameter& value)
 {
     constexpr int Steps = 240; // meets each of 2 to 6, 9, 11, 13, 16 or 17 entries, and more
     std::string words, last;
@@ -92,7 +92,7 @@ std::string ListWords(const AdapterValue& value)
     return words;
 }
 
-MException NoValue(const AdapterValue& value)
+MException NoValue(const PluginParameter& value)
 {
     std::string what = "it is no value; one looks like \"" + value.GetTextAt(0.5) + '"';
     if (!ShowsNumbers(value))
@@ -102,7 +102,7 @@ MException NoValue(const AdapterValue& value)
 
 } // namespace
 
-void ReadParameterText(const AdapterValue& value, const std::string& text)
+void ReadParameterText(const PluginParameter& value, const std::string& text)
 {
     const std::optional<double> parsed = Parse(value, text);
     if (!parsed || std::isnan(*parsed))
@@ -110,8 +110,7 @@ void ReadParameterText(const AdapterValue& value, const std::string& text)
     if (const auto typed = text::ReadNumberWithUnit(text); typed && ShowsNumbers(value))
     {
         CheckUnit(value, typed->unit);
-        if (value.adapter->GetParameterType(value.index) == MAutomationType::Int &&
-            typed->number != std::trunc(typed->number))
+        if (value.GetType() == MAutomationType::Int && typed->number != std::trunc(typed->number))
             throw Failure("it takes whole numbers only");
     }
     if (*parsed < -RangeTolerance || *parsed > 1.0 + RangeTolerance)

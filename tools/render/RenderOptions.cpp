@@ -6,25 +6,36 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/render/Failure.h"
-#include "tools/render/Text.h"
+#include "tools/render/OptionTexts.h"
 
 namespace
 {
 
-constexpr const char* Description =
-    "Plays the Tonvale oscillator into a WAV file of 32-bit floats.";
+constexpr const char* Description = "Plays the Tonvale plugin into a WAV file of 32-bit floats.";
 
 constexpr const char* Notes =
     R"(The oscillator plays one note at a time and never stops: it begins with C5
 or the note of the state, changes with each note that is switched on, and notes
 that are switched off change nothing. With --midi, a table tells the frequency
-of each note as it should be and as measured in the first channel of the sound.
+of each note as it should be, by the parameters at the start, and as measured in
+the first channel that the oscillator plays, unless that is bypassed.
+
+The plugin tells hosts by how much it is late, which is above 0 with upsampling.
+As hosts do, this tool renders as many samples more, and leaves out the first, so
+that the input is where it was. What the oscillator itself makes does not pass the
+way in, and comes earlier by its share (see --stats for the whole).
+
+Automation is set at the start of the first --block at or behind T. In blocks of
+more than 256 samples the plugin then draws a line to the new value that is as
+long as the block. T=0 counts from the first sample on.
 
   tonvale-render --note 69 a4.wav
   tonvale-render --midi melody.mid --set Wet="-6 dB" --set Width=0.1 melody.wav
   tonvale-render --set Frequency="1000 Hz" --seconds 60 test-tone.wav
   tonvale-render --shape "30% Sine, 70% Harmonics" --table cycle.wav
   tonvale-render --state sound.xml --set Wet="-6 dB" --save-state quieter.xml
+  tonvale-render --upsampling 4 --automate Pitch:0=0.5,2=0.7 --block 4800 up.wav
+  tonvale-render --input voice.wav --channel-mode Mono --set01 Dry=1 voice2.wav
   tonvale-render --list
 
 OUT.wav may be left out with --table, --save-state and --list.)";
@@ -32,44 +43,10 @@ OUT.wav may be left out with --table, --save-state and --list.)";
 /// The texts of the options, to be read once the command line as a whole makes sense.
 struct Texts
 {
-    std::vector<std::string> notes, texts, values01, shapes;
-    std::string seconds, rate, block, channels;
+    std::vector<std::string> notes, texts, values01, shapes, automations;
+    std::string seconds, rate, block, channels, channelMode, upsampling, tempo;
+    bool isHigh = false, isStandard = false, isBypassed = false, isOn = false;
 };
-
-int ReadInteger(const std::string& option, const std::string& text, int min, int max)
-{
-    const auto value = text::ReadInteger(text);
-    if (!value || *value < min || *value > max)
-        throw Failure(option + " " + text, "it is not a whole number from " + std::to_string(min) +
-                                               " to " + std::to_string(max));
-    return static_cast<int>(*value);
-}
-
-double ReadSeconds(const std::string& text)
-{
-    const auto value = text::ReadNumber(text);
-    if (!value || !(*value > 0.0) || *value > RenderOptions::MaxSeconds)
-        throw Failure("--seconds " + text, "it is not a number above 0, at most " +
-                                               text::Short(RenderOptions::MaxSeconds));
-    return *value;
-}
-
-RenderOptions::Setting ReadSetting(const std::string& option, const std::string& text)
-{
-    const std::size_t sign = text.find('=');
-    if (sign == std::string::npos || sign == 0 || sign + 1 == text.size())
-        throw Failure(option + " " + text, "it is not of the form NAME=VALUE");
-    return {text.substr(0, sign), text.substr(sign + 1), std::nullopt};
-}
-
-RenderOptions::Setting ReadSetting01(const std::string& option, const std::string& text)
-{
-    RenderOptions::Setting setting = ReadSetting(option, text);
-    setting.value01 = text::ReadNumber(setting.text);
-    if (!setting.value01)
-        throw Failure(option + " " + text, "the value is not a number");
-    return setting;
-}
 
 /// The options as CLI11 sees them, bound to the fields of @p texts and @p options.
 class Parser
@@ -133,6 +110,21 @@ private:
             "Samples a second, 101 to 6144000; otherwise that of\n"
             "the input, or 48000");
         Add("--channels", texts.channels, "N", "1 to 8; otherwise 2");
+        Add("--channel-mode", texts.channelMode, "NAME",
+            "What the plugin works on: \"Left + Right\", \"Left\",\n"
+            "\"Right\", \"Mono\", \"Stereo\", \"Mono + Stereo\",\n"
+            "\"Left + Right (neg)\" or \"Surround\"");
+        Add("--upsampling", texts.upsampling, "N",
+            "Let the plugin work at N times the rate, 1 to 16");
+        auto* const high =
+            app.add_flag("--hq", texts.isHigh, "Upsample in high quality, as it does unless told");
+        app.add_flag("--no-hq", texts.isStandard, "Upsample in standard quality")->excludes(high);
+        auto* const bypass = app.add_flag("--bypass", texts.isBypassed, "Bypass the plugin");
+        app.add_flag("--no-bypass", texts.isOn, "Do not bypass it, whatever the state says")
+            ->excludes(bypass);
+        Add("--tempo", texts.tempo, "BPM",
+            "Let the host play at this tempo, up to 1000, from\n"
+            "the start; otherwise it stands and tells none");
         Add("--block", texts.block, "N",
             "Samples that are computed at once, 1 to 16777216;\n"
             "otherwise 512");
@@ -148,30 +140,57 @@ private:
         settings01 = Add("--set01", texts.values01, "NAME=X",
                          "The same by position in its range, 0.0 to 1.0.\n"
                          "Later settings replace earlier ones");
+        Add("--automate", texts.automations, "NAME:T=V,T=V",
+            "Set a parameter to V, 0.0 to 1.0, at T seconds, and\n"
+            "so on with rising T. May be repeated");
         Add("--save-state", options.saveState, "FILE", "Write the settings to an XML file");
         Add("--table", options.table, "FILE",
             "Write the one cycle that is played to a WAV file:\n"
             "8192 samples, one channel");
         app.add_flag("--list", options.isList, "List the parameters as set");
+        app.add_flag("--stats", options.isStatistics, "Tell how the plugin ran");
     }
 
     void ReadTexts()
     {
+        using namespace optiontexts;
+        const auto readInteger =
+            [](const char* option, const std::string& text, int min, int max, auto& target)
+        {
+            if (!text.empty())
+                target = ReadInteger(option, text, min, max);
+        };
+        readInteger("--rate", texts.rate, RenderOptions::MinRate, RenderOptions::MaxRate,
+                    options.rate);
+        readInteger("--block", texts.block, 1, RenderOptions::MaxBlock, options.block);
+        readInteger("--channels", texts.channels, 1, RenderOptions::MaxChannels, options.channels);
+        readInteger("--upsampling", texts.upsampling, 1, RenderOptions::MaxUpsampling,
+                    options.upsampling);
+        if (!texts.seconds.empty())
+            options.seconds = ReadPositive("--seconds", texts.seconds, RenderOptions::MaxSeconds);
+        if (!texts.tempo.empty())
+            options.tempo = ReadPositive("--tempo", texts.tempo, RenderOptions::MaxTempo);
         for (const std::string& note : texts.notes)
             options.notes.push_back(ReadInteger("--note", note, 0, 127));
-        if (!texts.seconds.empty())
-            options.seconds = ReadSeconds(texts.seconds);
-        if (!texts.rate.empty())
-            options.rate =
-                ReadInteger("--rate", texts.rate, RenderOptions::MinRate, RenderOptions::MaxRate);
-        if (!texts.block.empty())
-            options.block = ReadInteger("--block", texts.block, 1, RenderOptions::MaxBlock);
-        if (!texts.channels.empty())
-            options.channels =
-                ReadInteger("--channels", texts.channels, 1, RenderOptions::MaxChannels);
+        for (const std::string& automation : texts.automations)
+            options.automations.push_back(ReadAutomation("--automate", automation));
+        ReadMode();
         ReadSettings();
 
         CheckFiles();
+    }
+
+    void ReadMode()
+    {
+        if (!texts.channelMode.empty())
+            options.channelMode = optiontexts::ReadChannelMode("--channel-mode", texts.channelMode);
+        if (options.channelMode == MChannelMode::Surround &&
+            options.channels < RenderOptions::MinSurroundChannels)
+            throw Failure("--channel-mode " + texts.channelMode, "it takes 3 --channels or more");
+        if (texts.isHigh || texts.isStandard)
+            options.isHighQuality = texts.isHigh;
+        if (texts.isBypassed || texts.isOn)
+            options.isBypassed = texts.isBypassed;
     }
 
     void CheckFiles() const
@@ -193,6 +212,7 @@ private:
 
     void ReadSettings()
     {
+        using namespace optiontexts;
         std::size_t textsRead = 0;
         std::size_t values01Read = 0;
         std::size_t shapesRead = 0;

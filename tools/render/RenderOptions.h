@@ -5,14 +5,21 @@
 #include <string>
 #include <vector>
 
+#include "host/MAudioPlugin.h"
+#include "shell/ChannelModes.h"
+#include "shell/MUpsampler.h"
+
 /// What the user asked for on the command line, each value within its range.
 struct RenderOptions
 {
-    static constexpr int MinRate = 101; ///< Hz
-    static constexpr int MaxRate = 6144000;
+    static constexpr int MinRate = MAudioPlugin::MinRate; ///< Hz
+    static constexpr int MaxRate = MAudioPlugin::MaxRate;
     static constexpr int DefaultRate = 48000;
-    static constexpr int MaxChannels = 8;
-    static constexpr int MaxBlock = 1 << 24; ///< samples
+    static constexpr int MaxChannels = MAudioPlugin::ChannelsPerBus;
+    static constexpr int MinSurroundChannels = 3;
+    static constexpr int MaxBlock = MAudioPlugin::MaxBlock; ///< samples
+    static constexpr int MaxUpsampling = MUpsampler::MaxFactor;
+    static constexpr double MaxTempo = 1000.0; ///< quarters a minute
     static constexpr double MaxSeconds = 86400.0;
     static constexpr double DefaultSeconds = 5.0;
     static constexpr double TailSeconds = 1.0; ///< behind a MIDI file
@@ -23,6 +30,19 @@ struct RenderOptions
         std::string name;              ///< empty for --shape
         std::string text;              ///< if there is no normalised value
         std::optional<double> value01; ///< any number
+    };
+
+    struct Point
+    {
+        double seconds; ///< 0.0 to MaxSeconds
+        double value01; ///< 0.0 to 1.0
+    };
+
+    /// What a host does to a parameter meanwhile; at least one point, by rising seconds.
+    struct Automation
+    {
+        std::string name;
+        std::vector<Point> points;
     };
 
     /// @throws MException that says which argument is wrong and how.
@@ -39,8 +59,16 @@ struct RenderOptions
     std::optional<int> rate; ///< Hz
     int block = 512;         ///< samples
     int channels = 2;
+    // Nothing leaves what the state says.
+    std::optional<MChannelMode> channelMode;
+    std::optional<int> upsampling;
+    std::optional<bool> isHighQuality; ///< of the upsampling
+    std::optional<bool> isBypassed;
+    std::optional<double> tempo;   ///< quarters a minute; nothing while the host stands
     std::vector<Setting> settings; ///< in the order of the command line
-    bool isList = false;           ///< list the parameters
+    std::vector<Automation> automations;
+    bool isList = false;       ///< list the parameters
+    bool isStatistics = false; ///< tell how the plugin ran
     /// Help or version, for those who asked for it instead of anything else.
     std::optional<std::string> answer;
 };

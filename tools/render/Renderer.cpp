@@ -5,7 +5,6 @@
 #include <cmath>
 #include <ostream>
 
-#include "effect/MPluginInfo.h"
 #include "foundation/values/ValueTexts.h"
 #include "foundation/xml/MXMLItem.h"
 #include "tools/render/ExpectedPitch.h"
@@ -21,40 +20,26 @@
 
 Renderer::Renderer(const RenderOptions& renderOptions) : options(renderOptions)
 {
-    ApplySettings();
-    if (options.output.empty())
-        return;
-    OpenInput();
-    for (const int note : options.notes)
-        messages.push_back({0, {0x90, static_cast<std::uint8_t>(note), 127}});
-    LoadMidi();
-}
-
-void Renderer::ApplySettings()
-{
+    const bool isRendering = !options.output.empty();
+    rate = options.rate.value_or(RenderOptions::DefaultRate);
+    if (isRendering && options.input)
+        OpenInput();
+    // A state is read for the channels that there are.
+    runner.Start(options.channels, rate, 1);
     if (options.state)
-    {
-        MXMLItem state("settings");
-        statefile::Load(*options.state, state);
-        runner.LoadState(state);
-    }
-    ParameterSettings parameters(runner);
-    for (const RenderOptions::Setting& setting : options.settings)
-    {
-        if (setting.value01)
-            parameters.Set01(setting.name, *setting.value01);
-        else if (setting.name.empty())
-            parameters.SetShape(setting.text);
-        else
-            parameters.SetText(setting.name, setting.text);
-    }
+        LoadState();
+    ApplyPluginOptions();
+    ApplySettings();
+    LoadAutomation();
+    if (!isRendering)
+        return;
+    for (const int note : options.notes)
+        events.AddMessage({0, {0x90, static_cast<std::uint8_t>(note), 127}});
+    LoadMidi();
 }
 
 void Renderer::OpenInput()
 {
-    rate = options.rate.value_or(RenderOptions::DefaultRate);
-    if (!options.input)
-        return;
     input.emplace(*options.input);
     const auto fail = [this](const std::string& what)
     { throw Failure("cannot mix in " + Quoted(*options.input), what); };
@@ -70,6 +55,57 @@ void Renderer::OpenInput()
     rate = input->GetRate();
 }
 
+void Renderer::LoadState()
+{
+    MXMLItem state("settings");
+    statefile::Load(*options.state, state);
+    runner.LoadState(state);
+}
+
+void Renderer::ApplyPluginOptions()
+{
+    auto& plugin = runner.GetPlugin();
+    if (options.channelMode)
+        plugin.SetChannelMode(*options.channelMode);
+    if (options.upsampling || options.isHighQuality)
+        plugin.SetUpsampling(options.upsampling.value_or(plugin.GetWantedUpsampling()),
+                             options.isHighQuality.value_or(plugin.IsHighQualityUpsampling()));
+    // It makes do with less than the state wants, but not with less than the user does.
+    if (options.upsampling && plugin.GetUpsamplingFactor() < *options.upsampling)
+        throw Failure("--upsampling " + std::to_string(*options.upsampling),
+                      "at " + std::to_string(rate) + " Hz it can be " +
+                          std::to_string(plugin.GetUpsamplingFactor()) + " at most");
+    if (options.isBypassed)
+        plugin.SetBypassed(*options.isBypassed);
+    if (options.tempo)
+        runner.SetTempo(*options.tempo);
+}
+
+void Renderer::ApplySettings()
+{
+    ParameterSettings parameters(runner);
+    for (const RenderOptions::Setting& setting : options.settings)
+    {
+        if (setting.value01)
+            parameters.Set01(setting.name, *setting.value01);
+        else if (setting.name.empty())
+            parameters.SetShape(setting.text);
+        else
+            parameters.SetText(setting.name, setting.text);
+    }
+}
+
+void Renderer::LoadAutomation()
+{
+    const ParameterSettings parameters(runner);
+    for (const RenderOptions::Automation& automation : options.automations)
+    {
+        const int index = parameters.Find(automation.name).index;
+        for (const RenderOptions::Point& point : automation.points)
+            events.AddValue(std::llround(point.seconds * rate), index, point.value01);
+    }
+}
+
 void Renderer::LoadMidi()
 {
     if (!options.midi)
@@ -79,10 +115,8 @@ void Renderer::LoadMidi()
     }
     const MidiFile file = MidiFile::Load(*options.midi);
     for (const MidiEvent& event : file.GetEvents())
-        messages.push_back({std::llround(event.seconds * rate), event.bytes});
+        events.AddMessage({std::llround(event.seconds * rate), event.bytes});
     SetLength(options.seconds.value_or(DefaultSeconds(file.GetSeconds())));
-    noteTable.emplace(PlanNotes(messages, totalFrames), ExpectedPitch(runner, options.channels),
-                      rate);
 }
 
 double Renderer::DefaultSeconds(double midiSeconds) const
@@ -146,72 +180,95 @@ void Renderer::WriteTable()
 void Renderer::Render()
 {
     WavWriter writer(options.output, options.channels, rate);
+    events.SetDueValues(runner, 0); // before the start, so that nothing moves there
     RenderBlocks(writer);
     writer.Commit();
 }
 
 void Renderer::RenderBlocks(WavWriter& writer)
 {
-    const auto blockFrames =
-        static_cast<int>(std::min({totalFrames, std::int64_t{options.block},
-                                   std::int64_t{runner.GetInfo().maxProcessingBlock}}));
-    const auto channels = static_cast<std::size_t>(options.channels);
-    const std::vector<float> silence(static_cast<std::size_t>(blockFrames));
-    outputBlocks.assign(channels, silence);
-    for (std::vector<float>& block : outputBlocks)
-        outputPointers.push_back(block.data());
-    inputPointers.assign(channels, nullptr);
-    if (input)
-    {
-        inputBlocks.assign(static_cast<std::size_t>(input->GetChannels()), silence);
-        for (std::size_t channel = 0; channel < channels; ++channel)
-            if (inputBlocks.size() == 1 || channel < inputBlocks.size())
-                inputPointers[channel] = inputBlocks[inputBlocks.size() == 1 ? 0 : channel].data();
-    }
+    auto& plugin = runner.GetPlugin();
+    // All buffers of the plugin hold the upsampled block.
+    const int blockFrames = static_cast<int>(
+        std::min({totalFrames + plugin.GetEffectiveLatency(), std::int64_t{options.block},
+                  std::int64_t{RenderOptions::MaxBlock / plugin.GetUpsamplingFactor()}}));
+    runner.Start(options.channels, rate, blockFrames);
+    if (options.midi && !plugin.IsBypassed())
+        MakeNoteTable();
 
-    runner.Start(options.channels, rate);
+    SoundBlocks blocks(options.channels, input ? input->GetChannels() : 0, blockFrames);
     ProgressLine progress(totalFrames);
-    for (std::int64_t position = 0; position < totalFrames;)
+    const std::int64_t latency = plugin.GetEffectiveLatency();
+    const std::int64_t end = totalFrames + latency;
+    for (std::int64_t position = 0; position < end;)
     {
         interruption::Check();
-        const std::int64_t end = std::min(totalFrames, SendDueMessages(position));
-        const auto frames = static_cast<int>(std::min<std::int64_t>(blockFrames, end - position));
-        ProcessBlock(frames);
-        writer.Write(outputBlocks, frames);
+        events.SetDueValues(runner, position);
+        const std::int64_t next = std::min(end, events.SendDueMessages(runner, position));
+        const auto frames = static_cast<int>(std::min<std::int64_t>(blockFrames, next - position));
+        ProcessBlock(blocks, frames);
+
+        const auto late = static_cast<int>(std::clamp<std::int64_t>(latency - position, 0, frames));
+        blocks.DropOutput(late, frames);
+        writer.Write(blocks.GetOutputs(), frames - late);
+        peak = std::max(peak, blocks.FindPeak(frames - late));
+        if (noteTable)
+            FeedNoteTable(blocks, frames - late);
         position += frames;
-        progress.Show(position);
+        progress.Show(std::max<std::int64_t>(0, position - latency));
     }
 }
 
-std::int64_t Renderer::SendDueMessages(std::int64_t position)
+void Renderer::MakeNoteTable()
 {
-    for (; nextMessage < messages.size(); ++nextMessage)
-    {
-        const ScheduledMessage& message = messages[nextMessage];
-        if (message.frame > position)
-            return message.frame;
-        runner.Send(message.bytes);
-    }
-    return totalFrames;
+    // Farther than the low-passes of the upsampling reach.
+    constexpr int FilterReach = 128;
+    const bool isUpsampled = runner.GetPlugin().GetUpsamplingFactor() > 1;
+    noteTable.emplace(PlanNotes(events.GetMessages(), totalFrames),
+                      ExpectedPitch(runner, runner.GetPlugin().GetEffectChannels()), rate,
+                      isUpsampled ? FilterReach : 0);
 }
 
-void Renderer::ProcessBlock(int frames)
+void Renderer::ProcessBlock(SoundBlocks& blocks, int frames)
 {
     using Clock = std::chrono::steady_clock;
     if (input)
-        input->Read(inputBlocks, frames);
+        input->Read(blocks.GetInputs(), frames);
+    Count(frames);
     const auto start = Clock::now();
-    runner.Process(inputPointers.data(), outputPointers.data(), frames);
+    blocks.Process(runner, frames);
     processingSeconds += std::chrono::duration<double>(Clock::now() - start).count();
-
-    for (const std::vector<float>& block : outputBlocks)
-        for (const float sample : std::span(block).first(static_cast<std::size_t>(frames)))
-            peak = std::max(peak, std::abs(sample));
-    if (noteTable)
-        noteTable->Feed(std::span(outputBlocks[0]).first(static_cast<std::size_t>(frames)));
 }
 
-void Renderer::PrintReport(std::ostream& stream) const
+void Renderer::Count(int frames)
+{
+    statistics.shortest = statistics.blocks == 0 ? frames : std::min(statistics.shortest, frames);
+    statistics.longest = std::max(statistics.longest, frames);
+    ++statistics.blocks;
+    if (runner.GetPlugin().IsSuspended())
+        ++statistics.suspendedBlocks;
+}
+
+void Renderer::FeedNoteTable(const SoundBlocks& blocks, int frames)
+{
+    const auto count = static_cast<std::size_t>(frames);
+    const auto outputs = blocks.GetOutputs();
+    const MChannelMode mode =
+        outputs.size() == 2 ? runner.GetPlugin().GetChannelMode() : MChannelMode::LeftRight;
+    if (mode != MChannelMode::MonoStereo)
+    {
+        const std::size_t first = mode == MChannelMode::Right ? 1 : 0;
+        noteTable->Feed(std::span(outputs[first]).first(count));
+        return;
+    }
+    // The first channel of the oscillator is the middle of the two.
+    std::vector<float> middle(count);
+    std::transform(outputs[0].begin(), outputs[0].begin() + frames, outputs[1].begin(),
+                   middle.begin(), [](float left, float right) { return (left + right) * 0.5f; });
+    noteTable->Feed(middle);
+}
+
+void Renderer::PrintReport(std::ostream& stream)
 {
     const double seconds = static_cast<double>(totalFrames) / rate;
     stream << options.output << ": " << rate << " Hz, " << options.channels
@@ -222,9 +279,25 @@ void Renderer::PrintReport(std::ostream& stream) const
            << '\n';
     stream << "Speed: " << text::Fixed(seconds / std::max(processingSeconds, 1e-9), 0)
            << " times real time (" << text::Fixed(processingSeconds, 4) << " s)\n";
+    if (options.isStatistics)
+        PrintStatistics(stream);
     if (noteTable)
     {
         stream << '\n';
         noteTable->Print(stream);
     }
+}
+
+void Renderer::PrintStatistics(std::ostream& stream)
+{
+    const auto& plugin = runner.GetPlugin();
+    const int latency = plugin.GetEffectiveLatency();
+    const int factor = plugin.GetUpsamplingFactor();
+    stream << "Blocks: " << statistics.blocks << " of " << statistics.shortest << " to "
+           << statistics.longest << " samples, " << statistics.suspendedBlocks
+           << " of them silent while suspended\n";
+    stream << "Latency: " << latency << " samples (" << text::Fixed(1000.0 * latency / rate, 3)
+           << " ms)\n";
+    stream << "Upsampling: " << factor << ", so the oscillator runs at " << plugin.GetSampleRate()
+           << " Hz\n";
 }

@@ -5,9 +5,10 @@
 #include <optional>
 #include <vector>
 
-#include "tools/render/EffectRunner.h"
-#include "tools/render/NotePlan.h"
+#include "tools/render/HostEvents.h"
 #include "tools/render/NoteTable.h"
+#include "tools/render/PluginRunner.h"
+#include "tools/render/SoundBlocks.h"
 #include "tools/render/WavReader.h"
 
 struct RenderOptions;
@@ -25,8 +26,20 @@ public:
     void Run(std::ostream& report);
 
 private:
-    void ApplySettings();
+    /// Of the blocks that were made.
+    struct Statistics
+    {
+        std::int64_t blocks = 0;
+        std::int64_t suspendedBlocks = 0;
+        int shortest = 0; ///< samples
+        int longest = 0;
+    };
+
     void OpenInput();
+    void LoadState();
+    void ApplyPluginOptions();
+    void ApplySettings();
+    void LoadAutomation();
     void LoadMidi();
     /// Without --seconds; @p midiSeconds only counts with a MIDI file.
     double DefaultSeconds(double midiSeconds) const;
@@ -35,26 +48,24 @@ private:
     void SaveState();
     void WriteTable();
     void Render();
-    /// Of the last Render.
-    void PrintReport(std::ostream& stream) const;
+    void MakeNoteTable();
     void RenderBlocks(WavWriter& writer);
-    /// Sends the messages that are due, and returns the frame of the next.
-    std::int64_t SendDueMessages(std::int64_t position);
-    void ProcessBlock(int frames);
+    void ProcessBlock(SoundBlocks& blocks, int frames);
+    void Count(int frames);
+    void FeedNoteTable(const SoundBlocks& blocks, int frames);
+
+    // Of the last Render.
+    void PrintReport(std::ostream& stream);
+    void PrintStatistics(std::ostream& stream);
 
     const RenderOptions& options;
-    EffectRunner runner;
+    PluginRunner runner;
     std::optional<WavReader> input;
     int rate = 0; ///< Hz
     std::int64_t totalFrames = 0;
-    std::vector<ScheduledMessage> messages;
-    std::size_t nextMessage = 0;
-    std::optional<NoteTable> noteTable; ///< with --midi
-    // One block of each channel.
-    std::vector<std::vector<float>> inputBlocks;
-    std::vector<std::vector<float>> outputBlocks;
-    std::vector<const float*> inputPointers; ///< one per channel, null where there is no input
-    std::vector<float*> outputPointers;
+    HostEvents events;
+    std::optional<NoteTable> noteTable; ///< with --midi, if the oscillator is heard
+    Statistics statistics;
     float peak = 0.0f;
     double processingSeconds = 0.0;
 };

@@ -4,7 +4,7 @@
 
 class MXMLItem;
 
-/// Files that hold the settings of an effect: an item tree under a root named "settings".
+/// Files that hold the settings of the plugin: an item tree under a root named "settings".
 namespace statefile
 {
 

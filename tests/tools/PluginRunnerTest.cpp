@@ -1,4 +1,4 @@
-#include "tools/render/EffectRunner.h"
+#include "tools/render/PluginRunner.h"
 
 #include <cmath>
 #include <vector>
@@ -18,7 +18,7 @@ constexpr int Length = 24000;
 
 using Channels = std::vector<std::vector<float>>;
 
-Channels Play(EffectRunner& runner, int channels)
+Channels Play(PluginRunner& runner, int channels)
 {
     Channels sound(static_cast<std::size_t>(channels), std::vector<float>(Length));
     const std::vector<const float*> inputs(static_cast<std::size_t>(channels), nullptr);
@@ -29,9 +29,9 @@ Channels Play(EffectRunner& runner, int channels)
     return sound;
 }
 
-TEST(EffectRunner, BeginsAtTheSetValuesInsteadOfMovingThere)
+TEST(PluginRunner, BeginsAtTheSetValuesInsteadOfMovingThere)
 {
-    EffectRunner runner;
+    PluginRunner runner;
     ParameterSettings(runner).SetText("Wet", "-40 dB");
     runner.Start(1, Rate);
     const Channels sound = Play(runner, 1);
@@ -39,7 +39,7 @@ TEST(EffectRunner, BeginsAtTheSetValuesInsteadOfMovingThere)
         EXPECT_LE(std::abs(sound[0][static_cast<std::size_t>(i)]), 0.01001f) << i;
 }
 
-TEST(EffectRunner, PlaysThePitchThatTheParametersAskFor)
+TEST(PluginRunner, PlaysThePitchThatTheParametersAskFor)
 {
     struct Case
     {
@@ -61,7 +61,7 @@ TEST(EffectRunner, PlaysThePitchThatTheParametersAskFor)
     FrequencyMeter meter;
     for (const Case& row : cases)
     {
-        EffectRunner runner;
+        PluginRunner runner;
         ParameterSettings settings(runner);
         for (const auto& [name, text] : row.settings)
             settings.SetText(name, text);
@@ -78,7 +78,7 @@ TEST(EffectRunner, PlaysThePitchThatTheParametersAskFor)
 
 TEST(ExpectedPitch, FollowsConcertPitch)
 {
-    EffectRunner runner;
+    PluginRunner runner;
     EXPECT_DOUBLE_EQ(ExpectedPitch(runner, 1).Hz(69, 0.0), 440.0);
     EXPECT_DOUBLE_EQ(ExpectedPitch(runner, 1).Hz(57, 1.0), 220.0 * std::exp2(2.0 / 12.0));
     ParameterSettings(runner).SetText("Frequency", "1000 Hz");
