@@ -1,5 +1,6 @@
 #include "tools/render/PluginRunner.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -21,11 +22,9 @@ using Channels = std::vector<std::vector<float>>;
 Channels Play(PluginRunner& runner, int channels)
 {
     Channels sound(static_cast<std::size_t>(channels), std::vector<float>(Length));
-    const std::vector<const float*> inputs(static_cast<std::size_t>(channels), nullptr);
-    std::vector<float*> outputs;
-    for (std::vector<float>& channel : sound)
-        outputs.push_back(channel.data());
-    runner.Process(inputs.data(), outputs.data(), Length);
+    PluginRunner::Pointers<float> outputs{};
+    std::ranges::transform(sound, outputs.begin(), [](auto& channel) { return channel.data(); });
+    runner.Process({}, outputs, Length);
     return sound;
 }
 
@@ -33,7 +32,7 @@ TEST(PluginRunner, BeginsAtTheSetValuesInsteadOfMovingThere)
 {
     PluginRunner runner;
     ParameterSettings(runner).SetText("Wet", "-40 dB");
-    runner.Start(1, Rate);
+    runner.Start(1, Rate, Length);
     const Channels sound = Play(runner, 1);
     for (int i = 0; i < 1000; ++i)
         EXPECT_LE(std::abs(sound[0][static_cast<std::size_t>(i)]), 0.01001f) << i;
@@ -65,7 +64,9 @@ TEST(PluginRunner, PlaysThePitchThatTheParametersAskFor)
         ParameterSettings settings(runner);
         for (const auto& [name, text] : row.settings)
             settings.SetText(name, text);
-        runner.Start(row.channels, Rate);
+        if (row.channels > 2)
+            runner.GetPlugin().SetChannelMode(MChannelMode::Surround);
+        runner.Start(row.channels, Rate, Length);
         const std::uint8_t noteOn[] = {0x90, 57, 100};
         const std::uint8_t wheel[] = {0xE0, 0, 0};
         runner.Send(noteOn);
@@ -74,6 +75,28 @@ TEST(PluginRunner, PlaysThePitchThatTheParametersAskFor)
         ASSERT_TRUE(hz) << row.what;
         EXPECT_NEAR(*hz / ExpectedPitch(runner, row.channels).Hz(57, -1.0), 1.0, 1e-7) << row.what;
     }
+}
+
+TEST(PluginRunner, TellsWhereTheHostPlays)
+{
+    PluginRunner runner;
+    runner.Start(1, Rate, Length);
+    Play(runner, 1);
+    EXPECT_FALSE(runner.GetPlugin().GetTime().playing) << "nothing unless told";
+    EXPECT_EQ(runner.GetPlugin().GetTime().tempo, 0.0);
+
+    runner.SetTempo(200.0);
+    runner.Start(1, Rate, Length);
+    const MAudioPluginTime& time = runner.GetPlugin().GetTime();
+    EXPECT_TRUE(time.playing && time.transportChanged);
+    EXPECT_EQ(time.position, 0.0);
+    for (int block = 0; block < 3; ++block)
+        Play(runner, 1);
+    EXPECT_FALSE(time.transportChanged);
+    EXPECT_EQ(time.tempo, 200.0);
+    EXPECT_NEAR(time.position, 5.0, 1e-12) << "1.5 s";
+    EXPECT_EQ(time.barStart, 4.0);
+    EXPECT_NEAR(runner.GetPlugin().GetEventTime(14400), 6.0, 1e-12) << "0.3 s later";
 }
 
 TEST(ExpectedPitch, FollowsConcertPitch)

@@ -61,4 +61,24 @@ TEST(RenderOptions, TakesTheEndsOfEachRange)
     EXPECT_EQ(most.seconds, 86400.0);
 }
 
+TEST(RenderOptions, ReadsAutomationAndLeavesTheRestToTheState)
+{
+    const RenderOptions options =
+        Parse({"--automate", "Shape smoothness:0=0,1.5=1", "--automate=Wet:2e1=.5",
+               "--channel-mode", "mono + STEREO", "--no-hq", "--no-bypass", "a.wav"});
+    ASSERT_EQ(options.automations.size(), 2u);
+    EXPECT_EQ(options.automations[0].name, "Shape smoothness");
+    ASSERT_EQ(options.automations[0].points.size(), 2u);
+    EXPECT_EQ(options.automations[0].points[1].seconds, 1.5);
+    EXPECT_EQ(options.automations[0].points[1].value01, 1.0);
+    ASSERT_EQ(options.automations[1].points.size(), 1u);
+    EXPECT_EQ(options.automations[1].points[0].seconds, 20.0);
+    EXPECT_EQ(options.channelMode, MChannelMode::MonoStereo);
+    EXPECT_EQ(options.isHighQuality, false);
+    EXPECT_EQ(options.isBypassed, false);
+
+    const RenderOptions plain = Parse({"a.wav"});
+    EXPECT_FALSE(plain.channelMode || plain.upsampling || plain.isHighQuality || plain.isBypassed);
+}
+
 } // namespace

@@ -81,6 +81,27 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
         {{"--save-state", "missing/a.xml"}, "cannot write \"missing/a.xml\": No such file"},
         {{"--save-state", "./out.wav"}, "two things cannot be written to \"out.wav\""},
         {{"--table", "."}, "it is a folder"},
+        {{"--channel-mode", "Middle"},
+         "there are \"Left + Right\", \"Left\", \"Right\", \"Mono\", \"Stereo\", \"Mono + "
+         "Stereo\", "
+         "\"Left + Right (neg)\", \"Surround\""},
+        {{"--channel-mode", "Surround"}, "it takes 3 --channels or more"},
+        {{"--upsampling", "0"}, "--upsampling 0: it is not a whole number from 1 to 16"},
+        {{"--upsampling", "17"}, "from 1 to 16"},
+        {{"--upsampling", "9", "--rate", "768000"}, "at 768000 Hz it can be 8 at most"},
+        {{"--hq", "--no-hq"}, "excludes"},
+        {{"--bypass", "--no-bypass"}, "excludes"},
+        {{"--tempo", "0"}, "--tempo 0: it is not a number above 0, at most 1000"},
+        {{"--tempo", "1001"}, "at most 1000"},
+        {{"--automate", "Wet"}, "NAME:T=V"},
+        {{"--automate", "Wet:"}, "NAME:T=V"},
+        {{"--automate", "Loud:0=1"}, "there is no parameter \"Loud\"; there are Dry, "},
+        {{"--automate", "Wet:1"}, "--automate Wet:1: \"1\" is not of the form T=V"},
+        {{"--automate", "Wet:0=1,"}, "\"\" is not of the form T=V"},
+        {{"--automate", "Wet:0=1,1=x"}, "\"1=x\" is not of the form T=V"},
+        {{"--automate", "Wet:0=1,0=0"}, "the times do not rise"},
+        {{"--automate", "Wet:-1=1"}, "the time -1 is outside the range of 0 to 86400"},
+        {{"--automate", "Wet:0=1.01"}, "the value 1.01 is outside the range of 0 to 1"},
     };
     const TemporaryFolder folder;
     WavSound{48000, {MakeSine(100, 440.0, 48000.0), MakeSine(100, 440.0, 48000.0)}}.Write(folder /

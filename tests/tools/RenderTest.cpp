@@ -104,8 +104,10 @@ TEST(Render, ListsHelpsAndTellsItsVersion)
     const Result help = RenderProgram::Run(folder.GetPath(), {"--help"});
     EXPECT_EQ(help.exitCode, 0);
     for (const char* const option :
-         {"--note", "--midi", "--seconds", "--rate", "--block", "--channels", "--set ", "--set01",
-          "--input", "--list", "--shape", "--state", "--save-state", "--table", "OUT.wav"})
+         {"--note",       "--midi",      "--seconds",      "--rate",       "--block", "--channels",
+          "--set ",       "--set01",     "--input",        "--list",       "--shape", "--state",
+          "--save-state", "--table",     "--channel-mode", "--upsampling", "--hq",    "--no-hq",
+          "--bypass",     "--no-bypass", "--tempo",        "--automate",   "--stats", "OUT.wav"})
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
 
     const Result version = RenderProgram::Run(folder.GetPath(), {"--version"});

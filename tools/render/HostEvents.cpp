@@ -9,7 +9,6 @@ void HostEvents::AddValue(std::int64_t frame, int index, double value01)
 
 void HostEvents::SetDueValues(PluginRunner& runner, std::int64_t position)
 {
-    // Of several for one parameter the last one counts, as each is set.
     for (const Value& value : values)
         if (value.frame <= position)
             runner.GetPlugin().SetParameter(value.index, value.value01, false);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -13,15 +14,16 @@ class HostEvents
 public:
     static constexpr std::int64_t Never = INT64_MAX;
 
-    // Each kind in the order of time. Frames count from the start.
+    // Frames count from the start.
 
+    /// In the order of time.
     void AddMessage(const ScheduledMessage& message) { messages.push_back(message); }
-    /// The parameter @p index goes to @p value01, 0.0 to 1.0.
+    /// The parameter @p index goes to @p value01, 0.0 to 1.0. For each index in the order of time.
     void AddValue(std::int64_t frame, int index, double value01);
 
     const std::vector<ScheduledMessage>& GetMessages() const noexcept { return messages; }
 
-    /// Sets the values that are due at @p position, in any block.
+    /// Sets the values that are due at @p position, where a block begins.
     void SetDueValues(PluginRunner& runner, std::int64_t position);
     /// Sends the messages that are due at @p position, and returns the frame of the next, where a
     /// block has to begin, so that it is exact; Never behind the last.
@@ -37,5 +39,5 @@ private:
 
     std::vector<ScheduledMessage> messages;
     std::size_t nextMessage = 0;
-    std::vector<Value> values; ///< in any order
+    std::vector<Value> values; ///< yet to be set
 };

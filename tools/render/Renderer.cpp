@@ -24,8 +24,10 @@ Renderer::Renderer(const RenderOptions& renderOptions) : options(renderOptions)
     rate = options.rate.value_or(RenderOptions::DefaultRate);
     if (isRendering && options.input)
         OpenInput();
-    // A state is read for the channels that there are.
+    // A state is read for the channels that there are, all of which play unless it says otherwise.
     runner.Start(options.channels, rate, 1);
+    if (options.channels >= RenderOptions::MinSurroundChannels)
+        runner.GetPlugin().SetChannelMode(MChannelMode::Surround);
     if (options.state)
         LoadState();
     ApplyPluginOptions();
@@ -221,8 +223,8 @@ void Renderer::RenderBlocks(WavWriter& writer)
 
 void Renderer::MakeNoteTable()
 {
-    // Farther than the low-passes of the upsampling reach.
-    constexpr int FilterReach = 128;
+    // At most 36 samples early, and smeared by as many to either side.
+    constexpr int FilterReach = 80;
     const bool isUpsampled = runner.GetPlugin().GetUpsamplingFactor() > 1;
     noteTable.emplace(PlanNotes(events.GetMessages(), totalFrames),
                       ExpectedPitch(runner, runner.GetPlugin().GetEffectChannels()), rate,
@@ -234,19 +236,10 @@ void Renderer::ProcessBlock(SoundBlocks& blocks, int frames)
     using Clock = std::chrono::steady_clock;
     if (input)
         input->Read(blocks.GetInputs(), frames);
-    Count(frames);
+    statistics.Count(runner.GetPlugin(), frames);
     const auto start = Clock::now();
     blocks.Process(runner, frames);
     processingSeconds += std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-void Renderer::Count(int frames)
-{
-    statistics.shortest = statistics.blocks == 0 ? frames : std::min(statistics.shortest, frames);
-    statistics.longest = std::max(statistics.longest, frames);
-    ++statistics.blocks;
-    if (runner.GetPlugin().IsSuspended())
-        ++statistics.suspendedBlocks;
 }
 
 void Renderer::FeedNoteTable(const SoundBlocks& blocks, int frames)
@@ -280,24 +273,10 @@ void Renderer::PrintReport(std::ostream& stream)
     stream << "Speed: " << text::Fixed(seconds / std::max(processingSeconds, 1e-9), 0)
            << " times real time (" << text::Fixed(processingSeconds, 4) << " s)\n";
     if (options.isStatistics)
-        PrintStatistics(stream);
+        statistics.Print(stream, runner.GetPlugin());
     if (noteTable)
     {
         stream << '\n';
         noteTable->Print(stream);
     }
-}
-
-void Renderer::PrintStatistics(std::ostream& stream)
-{
-    const auto& plugin = runner.GetPlugin();
-    const int latency = plugin.GetEffectiveLatency();
-    const int factor = plugin.GetUpsamplingFactor();
-    stream << "Blocks: " << statistics.blocks << " of " << statistics.shortest << " to "
-           << statistics.longest << " samples, " << statistics.suspendedBlocks
-           << " of them silent while suspended\n";
-    stream << "Latency: " << latency << " samples (" << text::Fixed(1000.0 * latency / rate, 3)
-           << " ms)\n";
-    stream << "Upsampling: " << factor << ", so the oscillator runs at " << plugin.GetSampleRate()
-           << " Hz\n";
 }

@@ -8,6 +8,7 @@
 #include "tools/render/HostEvents.h"
 #include "tools/render/NoteTable.h"
 #include "tools/render/PluginRunner.h"
+#include "tools/render/RunStatistics.h"
 #include "tools/render/SoundBlocks.h"
 #include "tools/render/WavReader.h"
 
@@ -26,15 +27,6 @@ public:
     void Run(std::ostream& report);
 
 private:
-    /// Of the blocks that were made.
-    struct Statistics
-    {
-        std::int64_t blocks = 0;
-        std::int64_t suspendedBlocks = 0;
-        int shortest = 0; ///< samples
-        int longest = 0;
-    };
-
     void OpenInput();
     void LoadState();
     void ApplyPluginOptions();
@@ -51,12 +43,10 @@ private:
     void MakeNoteTable();
     void RenderBlocks(WavWriter& writer);
     void ProcessBlock(SoundBlocks& blocks, int frames);
-    void Count(int frames);
     void FeedNoteTable(const SoundBlocks& blocks, int frames);
 
-    // Of the last Render.
+    /// Of the last Render.
     void PrintReport(std::ostream& stream);
-    void PrintStatistics(std::ostream& stream);
 
     const RenderOptions& options;
     PluginRunner runner;
@@ -65,7 +55,7 @@ private:
     std::int64_t totalFrames = 0;
     HostEvents events;
     std::optional<NoteTable> noteTable; ///< with --midi, if the oscillator is heard
-    Statistics statistics;
+    RunStatistics statistics;
     float peak = 0.0f;
     double processingSeconds = 0.0;
 };
