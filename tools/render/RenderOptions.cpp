@@ -25,9 +25,9 @@ them, this tool renders as many samples more and leaves out the first, so that
 the input stays where it was. What the oscillator makes does not take the way in
 and comes earlier: by 32 to 36 samples in high quality, by 2 in standard quality.
 
-Automation is set at the start of the first --block at or behind T. In blocks of
-more than 256 samples the plugin then draws a line to the new value that is as
-long as the block. T=0 counts from the first sample on.
+Automation is set at the start of the first --block at or behind T. In a block of
+more than 256 samples, at the rate that the plugin works at, it then draws a line
+to the new value that is as long as the block. T=0 counts from the first sample.
 
   tonvale-render --note 69 a4.wav
   tonvale-render --midi melody.mid --set Wet="-6 dB" --set Width=0.1 melody.wav
@@ -118,12 +118,10 @@ private:
             "\"Left + Right\"");
         Add("--upsampling", texts.upsampling, "N",
             "Let the plugin work at N times the rate, 1 to 16");
-        auto* const high =
-            app.add_flag("--hq", texts.isHigh, "Upsample in high quality, as it does unless told");
-        app.add_flag("--no-hq", texts.isStandard, "Upsample in standard quality")->excludes(high);
-        auto* const bypass = app.add_flag("--bypass", texts.isBypassed, "Bypass the plugin");
-        app.add_flag("--no-bypass", texts.isOn, "Do not bypass it, whatever the state says")
-            ->excludes(bypass);
+        app.add_flag("--hq", texts.isHigh, "Upsample in high quality, as it does unless told");
+        app.add_flag("--no-hq", texts.isStandard, "Upsample in standard quality");
+        app.add_flag("--bypass", texts.isBypassed, "Bypass the plugin");
+        app.add_flag("--no-bypass", texts.isOn, "Do not bypass it, whatever the state says");
         Add("--tempo", texts.tempo, "BPM",
             "Let the host play at this tempo, up to 1000, from\n"
             "the start; otherwise it stands and tells none");
@@ -142,7 +140,7 @@ private:
         settings01 = Add("--set01", texts.values01, "NAME=X",
                          "The same by position in its range, 0.0 to 1.0.\n"
                          "Later settings replace earlier ones");
-        Add("--automate", texts.automations, "NAME:T=V,T=V",
+        Add("--automate", texts.automations, "NAME:T=V,...",
             "Set a parameter to V, 0.0 to 1.0, at T seconds, and\n"
             "so on with rising T. May be repeated");
         Add("--save-state", options.saveState, "FILE", "Write the settings to an XML file");
@@ -182,6 +180,14 @@ private:
         CheckFiles();
     }
 
+    /// Which of --name and --no-name is given, if any.
+    static std::optional<bool> ReadChoice(const std::string& name, bool isYes, bool isNo)
+    {
+        if (isYes && isNo)
+            throw Failure("--" + name + " and --no-" + name + " exclude each other");
+        return isYes || isNo ? std::optional(isYes) : std::nullopt;
+    }
+
     void ReadMode()
     {
         if (!texts.channelMode.empty())
@@ -189,10 +195,8 @@ private:
         if (options.channelMode == MChannelMode::Surround &&
             options.channels < RenderOptions::MinSurroundChannels)
             throw Failure("--channel-mode " + texts.channelMode, "it takes 3 --channels or more");
-        if (texts.isHigh || texts.isStandard)
-            options.isHighQuality = texts.isHigh;
-        if (texts.isBypassed || texts.isOn)
-            options.isBypassed = texts.isBypassed;
+        options.isHighQuality = ReadChoice("hq", texts.isHigh, texts.isStandard);
+        options.isBypassed = ReadChoice("bypass", texts.isBypassed, texts.isOn);
     }
 
     void CheckFiles() const
