@@ -200,6 +200,16 @@ TEST_F(RenderPlugin, DrawsAutomationAsALine)
     ASSERT_NEAR(value(3 * Block), 0.5, 1e-6);
 }
 
+TEST_F(RenderPlugin, HearsAutomationInBlocksTooShortForALine)
+{
+    Channel sound =
+        Render({"--note", "69", "--block", "64", "--automate", "Pitch:0=0.25,0.25=0.75"})[0];
+    const Channel higher(sound.begin() + Length / 2, sound.end());
+    sound.resize(Length / 2);
+    EXPECT_NEAR(FrequencyMeter().Measure(sound, Rate).value_or(0.0), 220.0, 1e-3);
+    EXPECT_NEAR(FrequencyMeter().Measure(higher, Rate).value_or(0.0), 880.0, 1e-3);
+}
+
 TEST_F(RenderPlugin, KeepsItsSettingsInTheStateUnlessToldOtherwise)
 {
     Render({"--channel-mode", "Stereo", "--upsampling", "3", "--no-hq", "--bypass", "--save-state",

@@ -35,6 +35,7 @@ const MPluginParameterRecord* PluginRunner::FindParameter(const MString& name) c
 std::vector<PluginParameter> PluginRunner::GetParameters() const
 {
     std::vector<PluginParameter> parameters;
+    parameters.reserve(static_cast<std::size_t>(plugin->GetParameterCount()));
     for (int index = 0; index < plugin->GetParameterCount(); ++index)
         parameters.push_back({plugin.get(), index});
     return parameters;
