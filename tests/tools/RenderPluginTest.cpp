@@ -112,18 +112,19 @@ TEST_F(RenderPlugin, PlaysTheSameToneAtHigherRates)
 TEST_F(RenderPlugin, MeasuresNotesAtHigherRatesAndInAllModes)
 {
     const std::string melody = std::string(TONVALE_EXAMPLES) + "/melody.mid";
-    for (const Arguments& arguments : std::vector<Arguments>{{"--upsampling", "2"},
-                                                             {"--upsampling", "16", "--no-hq"},
-                                                             {"--channel-mode", "Right"},
-                                                             {"--channel-mode", "Mono"},
-                                                             {"--channel-mode", "Stereo"},
-                                                             {"--channel-mode", "Mono + Stereo"}})
+    for (const Arguments& arguments :
+         std::vector<Arguments>{{"--rate", "8000", "--upsampling", "2"},
+                                {"--upsampling", "16", "--no-hq"},
+                                {"--channel-mode", "Right"},
+                                {"--channel-mode", "Mono"},
+                                {"--channel-mode", "Stereo"},
+                                {"--channel-mode", "Mono + Stereo"}})
     {
         Arguments line = arguments;
         for (const char* const more : {"--midi", melody.c_str(), "--set", "Width=1", "out.wav"})
             line.emplace_back(more);
         const auto result = RenderProgram::Run(folder.GetPath(), line);
-        const std::size_t worst = result.output.find("Worst error: 0.000");
+        const std::size_t worst = result.output.find("Worst error: 0.0000");
         ASSERT_NE(worst, std::string::npos) << arguments.back() << result.output;
         EXPECT_NE(result.output.find("29 of 29", worst), std::string::npos) << arguments.back();
     }
