@@ -3,14 +3,25 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <limits>
 #include <utility>
 
+#include "effect/MPluginParameterRecord.h"
+#include "effect/parameters/ParameterBase.h"
 #include "host/MAudioPluginAutomation.h"
 
 namespace
 {
 
 constexpr double LeastMove = 1e-5; ///< of a normalised value; less is not heard
+
+/// Null if @p adapter does not stand for the float of a record.
+const MPluginParameterRecord* FloatRecordOf(const MAutomationAdapter& adapter) noexcept
+{
+    const auto* base = dynamic_cast<const ParameterRecordBase*>(&adapter);
+    const bool isFloat = base != nullptr && base->GetRecord().type == MParameterType::Float;
+    return isFloat ? &base->GetRecord() : nullptr;
+}
 
 } // namespace
 
@@ -28,11 +39,15 @@ struct ParameterInterpolation::Entry
     Entry(int pluginIndex, MAutomationAdapter& parameterAdapter) noexcept
         : index(pluginIndex),
           adapter(parameterAdapter),
-          adapterIndex(pluginIndex - parameterAdapter.GetFirstIndex())
+          adapterIndex(pluginIndex - parameterAdapter.GetFirstIndex()),
+          record(FloatRecordOf(parameterAdapter))
     {
     }
 
     double Get() const { return adapter.GetParameter(adapterIndex); }
+    /// Get, but only looked up when the value in the record has moved: blocks are short, and values
+    /// rest most of the time.
+    double GetFast();
     void Set(double value01, bool quiet) { adapter.SetParameter(adapterIndex, value01, quiet); }
     void SetModulated(bool on) { adapter.SetModulated(adapterIndex, on); }
 
@@ -49,6 +64,9 @@ struct ParameterInterpolation::Entry
     const int index;
     MAutomationAdapter& adapter;
     const int adapterIndex;
+    const MPluginParameterRecord* const record; ///< null if the adapter has no such
+    double recordValue = std::numeric_limits<double>::quiet_NaN(); ///< to which normalised belongs
+    double normalised = 0.0;
     double last = 0.0; ///< where the line begins
     double target = 0.0;
     double current = 0.0;
@@ -60,14 +78,32 @@ struct ParameterInterpolation::Entry
     std::atomic<unsigned> departures = 0; ///< tells writers that a line began under their hands
 };
 
+double ParameterInterpolation::Entry::GetFast()
+{
+    if (record == nullptr)
+        return Get();
+    // First the value: if it moves on before the look, the next block looks again.
+    const double value = record->range.asFloat.value;
+    if (value != recordValue)
+    {
+        recordValue = value;
+        normalised = Get();
+    }
+    return normalised;
+}
+
 bool ParameterInterpolation::Entry::Aim(bool mayMove)
 {
-    // Before the look at the value, so that no write falls between the two.
+    // Mostly all stands still, and nobody has to be told.
+    target = GetFast();
+    if (!mayMove || std::abs(target - last) <= LeastMove)
+        return false;
+    // Before the look that counts, so that no write falls between the two.
     state = Moving;
     departures.fetch_add(1);
     target = Get();
     step = target - last;
-    isActive = mayMove && !isHeld && std::abs(step) > LeastMove;
+    isActive = !isHeld && std::abs(step) > LeastMove;
     if (!isActive)
         ComeToRest(false);
     return isActive;
@@ -195,7 +231,7 @@ void ParameterInterpolation::Finish()
 {
     for (const auto& entry : entries)
     {
-        entry->last = isPrepared ? entry->target : entry->Get();
+        entry->last = isPrepared ? entry->target : entry->GetFast();
         if (entry->isActive)
             entry->Arrive();
     }

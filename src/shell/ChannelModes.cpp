@@ -1,6 +1,7 @@
 #include "shell/ChannelModes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
 
 #include "foundation/strings/MString.h"
@@ -45,6 +43,8 @@ struct MChannelModeInfo
 class ChannelModeTransform
 {
 public:
+    using Operation = void (ChannelModeTransform::*)(float**, float**, int) const noexcept;
+
     /// @p mode with any pair, or none: then all stays as it is.
     ChannelModeTransform(MChannelMode mode, bool isPair) noexcept;
 

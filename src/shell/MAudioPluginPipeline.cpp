@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "dsp/kernels/Arithmetic.h"
 #include "foundation/threads/MFlushToZeroScope.h"
@@ -21,6 +22,19 @@ std::atomic<bool> isAntiDenormal = true;
 bool IsAmong(const float* block, const float* const* blocks, std::size_t count) noexcept
 {
     return std::find(blocks, blocks + count, block) != blocks + count;
+}
+
+/// One pass: short blocks feel every call, long ones the way to memory.
+void CopyWithOffset(float* copy, const float* source, int n) noexcept
+{
+    for (int i = 0; i < n; ++i)
+        copy[i] = source[i] + AntiDenormalOffset;
+}
+
+void ZeroAll(float* const* blocks, int samples) noexcept
+{
+    for (int i = 0; i < MAudioPlugin::MaxChannels; ++i)
+        kernels::Zero(blocks[i], samples);
 }
 
 } // namespace
@@ -43,47 +57,64 @@ void MAudioPluginPipeline::SetBypassed(bool on)
 
 void MAudioPluginPipeline::SetChannelMode(MChannelMode newMode)
 {
-    if (channelMode.exchange(newMode) != newMode)
-        InitProcessing();
+    if (GetChannelMode() != newMode)
+        Reconfigure([&] { channelMode = newMode; });
 }
 
 void MAudioPluginPipeline::SetUpsampling(int factor, bool isHighQuality)
 {
-    wantedUpsampling = std::clamp(factor, 1, MUpsampler::MaxFactor);
-    highQualityUpsampling = isHighQuality;
-    InitProcessing();
+    Reconfigure(
+        [&]
+        {
+            wantedUpsampling = std::clamp(factor, 1, MUpsampler::MaxFactor);
+            highQualityUpsampling = isHighQuality;
+        });
 }
 
 void MAudioPluginPipeline::InitProcessing()
 {
-    const int latencyBefore = latency;
+    Reconfigure([] {});
+}
+
+template <typename Change>
+void MAudioPluginPipeline::Reconfigure(Change&& change)
+{
     MGuarded("MAudioPlugin::InitProcessing", 0,
-             [this]
+             [&]
              {
-                 const SuspendScope suspended(*this);
-                 const MLockGuard settings(GetSettingsLock());
-                 const MLockGuard processing(GetProcessingLock());
-                 InitLocked();
+                 const int latencyBefore = latency;
+                 {
+                     const SuspendScope suspended(*this);
+                     const MLockGuard settings(GetSettingsLock());
+                     const MLockGuard processing(GetProcessingLock());
+                     change();
+                     InitLocked();
+                 }
+                 InitDone();
+                 if (latency != latencyBefore && GetAdapter() != nullptr)
+                     GetAdapter()->LatencyChanged();
                  return 0;
              });
-    InitDone();
-    if (latency != latencyBefore && GetAdapter() != nullptr)
-        GetAdapter()->LatencyChanged();
 }
 
 void MAudioPluginPipeline::InitLocked()
 {
+    isReady = false;
     TakeLayout();
     // A host at a high rate leaves less room.
-    upsamplingFactor = std::clamp(wantedUpsampling, 1, std::max(1, MaxRate / hostSampleRate));
+    upsamplingFactor = std::clamp(GetWantedUpsampling(), 1, std::max(1, MaxRate / hostSampleRate));
     sampleRate = hostSampleRate * upsamplingFactor;
     const int effectLatency = GetLatency();
     latency = effectLatency / upsamplingFactor +
               MUpsampler::GetLatency(upsamplingFactor, highQualityUpsampling);
 
-    const int buses = std::max(CountUsedInputBuses(), CountUsedOutputBuses());
+    hasInputs = inputChannelsTotal > 0;
+    usedInputBuses = std::max(1, GetInputBusCount());
+    usedOutputBuses = std::max(1, GetOutputBusCount());
+    usedChannels = CountChannels();
     std::array<bool, MaxChannels> isUsed{};
-    ForEachChannel(buses, [&](std::size_t i) { isUsed[i] = true; });
+    ForEachChannel(std::max(usedInputBuses, usedOutputBuses),
+                   [&](std::size_t i) { isUsed[i] = true; });
     for (std::size_t i = 0; i < MaxChannels; ++i)
     {
         Channel& channel = channels[i];
@@ -104,13 +135,13 @@ void MAudioPluginPipeline::InitLocked()
     InitEffect();
     GetInterpolation().Reset();
     midiFlushPending = true;
+    isReady = true;
 }
 
 void MAudioPluginPipeline::GrowBuffers(int samples)
 {
     const auto length = static_cast<std::size_t>(samples);
-    const int buses = std::max(CountUsedInputBuses(), CountUsedOutputBuses());
-    ForEachChannel(buses,
+    ForEachChannel(std::max(usedInputBuses, usedOutputBuses),
                    [&](std::size_t i)
                    {
                        if (channels[i].input.size() < length)
@@ -118,6 +149,7 @@ void MAudioPluginPipeline::GrowBuffers(int samples)
                        if (channels[i].output.size() < length)
                            channels[i].output.resize(length);
                    });
+    bufferedSamples = samples;
 }
 
 void MAudioPluginPipeline::ProcessAudio(const float* const* inputs, float* const* outputs,
@@ -127,8 +159,7 @@ void MAudioPluginPipeline::ProcessAudio(const float* const* inputs, float* const
         return;
     if (IsSuspended())
     {
-        for (int i = 0; i < MaxChannels; ++i)
-            kernels::Zero(outputs[i], samples);
+        ZeroAll(outputs, samples);
         return;
     }
     MGuarded("MAudioPlugin::ProcessAudio", 0,
@@ -136,7 +167,9 @@ void MAudioPluginPipeline::ProcessAudio(const float* const* inputs, float* const
              {
                  const MFlushToZeroScope flushToZero;
                  const MLockGuard guard(GetProcessingLock());
-                 if (outputs[0] != nullptr)
+                 if (!isReady)
+                     ZeroAll(outputs, samples);
+                 else if (outputs[0] != nullptr)
                      ProcessBlock(inputs, outputs, samples, replacing);
                  return 0;
              });
@@ -145,58 +178,68 @@ void MAudioPluginPipeline::ProcessAudio(const float* const* inputs, float* const
 void MAudioPluginPipeline::ProcessBlock(const float* const* inputs, float* const* outputs,
                                         int samples, bool replacing)
 {
-    GrowBuffers(samples);
+    if (samples > bufferedSamples)
+        GrowBuffers(samples);
     Block block;
     block.samples = samples;
-    const bool areInputsPair = TakeInputs(inputs, block);
+    TakeInputs(inputs, block);
     TakeOutputs(outputs, replacing, block);
-    block.isPair = areInputsPair && block.targets[1] != nullptr && CountChannels() == 2;
 
     ProcessPre(block.inputs.data(), samples);
-    if (IsBypassed())
+    const bool isBypass = IsBypassed();
+    if (isBypass)
         ProcessBypass(block);
     else
     {
         if (latency > 0)
             FeedBypass(block);
+        if (std::exchange(isPastOld, false))
+            ForgetPast();
         activeChannelMode = channelMode.load(std::memory_order_relaxed);
         if (upsamplingFactor > 1)
             ProcessUpsampled(block);
         else
             ProcessSubBlocks(block);
-        ProcessPost(block.outputs.data(), samples);
     }
     if (!replacing)
-        ForEachChannel(CountUsedOutputBuses(), [&](std::size_t i)
+        ForEachChannel(usedOutputBuses, [&](std::size_t i)
                        { kernels::Add(block.targets[i], block.outputs[i], samples); });
+    if (isBypass)
+        return;
+    if (upsamplingFactor > 1)
+        Clip(block);
+    ProcessPost(block.outputs.data(), samples);
 }
 
-bool MAudioPluginPipeline::TakeInputs(const float* const* inputs, Block& block)
+void MAudioPluginPipeline::TakeInputs(const float* const* inputs, Block& block)
 {
-    std::array<const float*, MaxChannels> sources{};
-    ForEachChannel(CountUsedInputBuses(),
+    const bool isSafe = isAntiDenormal.load(std::memory_order_relaxed);
+    const float* source = nullptr;
+    ForEachChannel(usedInputBuses,
                    [&](std::size_t i)
                    {
-                       const bool isThere = inputs != nullptr && inputChannelsTotal > 0;
-                       sources[i] = isThere ? inputs[i] : nullptr;
-                       if (sources[i] == nullptr && i % ChannelsPerBus > 0)
-                           sources[i] = sources[i - 1];
+                       const float* const left = i % ChannelsPerBus > 0 ? source : nullptr;
+                       const float* const own =
+                           inputs != nullptr && hasInputs ? inputs[i] : nullptr;
+                       source = own != nullptr ? own : left;
+                       // Two channels of silence are two blocks, if none of the host's.
+                       if (i % ChannelsPerBus == 1)
+                           block.isPair[i / ChannelsPerBus] = source == nullptr || source != left;
 
                        float* const copy = channels[i].input.data();
                        block.inputs[i] = copy;
-                       if (sources[i] != nullptr)
-                           kernels::Copy(copy, sources[i], block.samples);
+                       if (source == nullptr)
+                           kernels::Fill(copy, isSafe ? AntiDenormalOffset : 0.0f, block.samples);
+                       else if (isSafe)
+                           CopyWithOffset(copy, source, block.samples);
                        else
-                           kernels::Zero(copy, block.samples);
-                       if (isAntiDenormal.load(std::memory_order_relaxed))
-                           kernels::AddConstant(copy, AntiDenormalOffset, block.samples);
+                           kernels::Copy(copy, source, block.samples);
                    });
-    return sources[0] != sources[1];
 }
 
 void MAudioPluginPipeline::TakeOutputs(float* const* outputs, bool replacing, Block& block)
 {
-    ForEachChannel(CountUsedOutputBuses(),
+    ForEachChannel(usedOutputBuses,
                    [&](std::size_t i)
                    {
                        const bool isNew = !IsAmong(outputs[i], outputs, i);
@@ -204,13 +247,17 @@ void MAudioPluginPipeline::TakeOutputs(float* const* outputs, bool replacing, Bl
                        block.outputs[i] = replacing && block.targets[i] != nullptr
                                               ? block.targets[i]
                                               : channels[i].output.data();
+                       // One block for both, or none for the right one, is no pair.
+                       if (i % ChannelsPerBus == 1 && block.targets[i] == nullptr)
+                           block.isPair[i / ChannelsPerBus] = false;
                    });
 }
 
 void MAudioPluginPipeline::ProcessBypass(const Block& block)
 {
-    const int common = inputChannelsTotal > 0 ? CountUsedInputBuses() : 0;
-    ForEachChannel(CountUsedOutputBuses(),
+    isPastOld = true;
+    const int common = hasInputs ? usedInputBuses : 0;
+    ForEachChannel(usedOutputBuses,
                    [&](std::size_t i)
                    {
                        const bool isCommon = static_cast<int>(i) / ChannelsPerBus < common;
@@ -221,7 +268,7 @@ void MAudioPluginPipeline::ProcessBypass(const Block& block)
 
 void MAudioPluginPipeline::FeedBypass(const Block& block)
 {
-    ForEachChannel(CountUsedInputBuses(), [&](std::size_t i)
+    ForEachChannel(usedInputBuses, [&](std::size_t i)
                    { channels[i].bypassQueue.Process(nullptr, block.inputs[i], block.samples); });
 }
 
@@ -230,27 +277,37 @@ void MAudioPluginPipeline::ProcessUpsampled(const Block& block)
     Block stretched = block;
     stretched.samples = block.samples * upsamplingFactor;
     ForEachChannel(
-        CountUsedInputBuses(), [&](std::size_t i)
+        usedInputBuses, [&](std::size_t i)
         { stretched.inputs[i] = channels[i].upsampler.Upsample(block.inputs[i], block.samples); });
-    ForEachChannel(CountUsedOutputBuses(), [&](std::size_t i)
+    ForEachChannel(usedOutputBuses, [&](std::size_t i)
                    { stretched.outputs[i] = channels[i].upsampler.GetOutput(); });
     ProcessSubBlocks(stretched);
 
-    const double limit = GetClipLimit();
-    ForEachChannel(CountUsedOutputBuses(),
-                   [&](std::size_t i)
-                   {
-                       channels[i].upsampler.Downsample(block.outputs[i], block.samples, false);
-                       if (limit >= 0.0)
-                           kernels::Clamp(block.outputs[i], static_cast<float>(limit),
-                                          block.samples);
-                   });
+    ForEachChannel(usedOutputBuses, [&](std::size_t i)
+                   { channels[i].upsampler.Downsample(block.outputs[i], block.samples, false); });
 }
 
-void MAudioPluginPipeline::ProcessSubBlocks(Block block)
+void MAudioPluginPipeline::Clip(const Block& block)
 {
-    const ChannelModeTransform transform(activeChannelMode, block.isPair);
-    transform.Forward(block.inputs.data(), block.outputs.data(), block.samples);
+    const double limit = GetClipLimit();
+    if (limit >= 0.0)
+        ForEachChannel(
+            usedOutputBuses, [&](std::size_t i)
+            { kernels::Clamp(block.targets[i], static_cast<float>(limit), block.samples); });
+}
+
+void MAudioPluginPipeline::ForgetPast()
+{
+    for (Channel& channel : channels)
+    {
+        channel.upsampler.Reset();
+        channel.aroundQueue.Clear();
+    }
+}
+
+void MAudioPluginPipeline::ProcessSubBlocks(Block& block)
+{
+    TransformBuses(block, &ChannelModeTransform::Forward);
     int longestPiece = std::max(1, subBlockSize);
     ParameterInterpolation& lines = GetInterpolation();
     if (interpolationBlockSize < block.samples && lines.Prepare(block.samples))
@@ -261,7 +318,19 @@ void MAudioPluginPipeline::ProcessSubBlocks(Block block)
         Process(block.inputs.data(), block.outputs.data(), block.samples);
     lines.Finish();
     ProcessAround(block);
-    transform.Back(block.inputs.data(), block.outputs.data(), block.samples);
+    TransformBuses(block, &ChannelModeTransform::Back);
+}
+
+void MAudioPluginPipeline::TransformBuses(Block& block, ChannelModeTransform::Operation operation)
+{
+    if (activeChannelMode == MChannelMode::LeftRight)
+        return;
+    for (std::size_t bus = 0; bus < MaxBuses; ++bus)
+    {
+        const ChannelModeTransform transform(activeChannelMode, block.isPair[bus]);
+        const std::size_t first = bus * ChannelsPerBus;
+        (transform.*operation)(&block.inputs[first], &block.outputs[first], block.samples);
+    }
 }
 
 void MAudioPluginPipeline::ProcessPieces(Block block, int longestPiece)
@@ -289,11 +358,17 @@ void MAudioPluginPipeline::ProcessPieces(Block block, int longestPiece)
 
 void MAudioPluginPipeline::ProcessAround(const Block& block)
 {
-    const auto first = static_cast<std::size_t>(
-        MChannelModeInfo::Get(activeChannelMode).CountEffectChannels(CountChannels()));
-    for (std::size_t i = first; i < static_cast<std::size_t>(CountChannels()); ++i)
-    {
-        channels[i].aroundQueue.Process(block.outputs[i], block.inputs[i], block.samples);
-        ProcessChannelAfter(block.outputs[i], block.samples);
-    }
+    const int processed =
+        MChannelModeInfo::Get(activeChannelMode).CountEffectChannels(usedChannels);
+    if (processed == usedChannels)
+        return;
+    ForEachChannel(usedOutputBuses,
+                   [&](std::size_t i)
+                   {
+                       if (static_cast<int>(i % ChannelsPerBus) < processed)
+                           return;
+                       channels[i].aroundQueue.Process(block.outputs[i], block.inputs[i],
+                                                       block.samples);
+                       ProcessChannelAfter(block.outputs[i], block.samples);
+                   });
 }

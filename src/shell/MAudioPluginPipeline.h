@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
+#include "foundation/threads/MRelaxed.h"
 #include "host/MAudioPlugin.h"
 #include "shell/ChannelModes.h"
 #include "shell/DelayQueue.h"
@@ -34,7 +37,7 @@ public:
 
     int GetWantedUpsampling() const noexcept { return wantedUpsampling; }
     bool IsHighQualityUpsampling() const noexcept { return highQualityUpsampling; }
-    /// @p factor is limited to 1 to 16. Prepares anew.
+    /// @p factor is limited to 1 to 16. Prepares anew; not on the audio thread.
     void SetUpsampling(int factor, bool isHighQuality);
 
     /// Whether the smallest possible offset keeps inputs from denormal numbers; for all plugins of
@@ -61,11 +64,11 @@ protected:
 
     std::atomic<MChannelMode> channelMode = MChannelMode::LeftRight;
     std::atomic<bool> bypassed = false;
-    std::atomic<bool> midiFlushPending = false; ///< all notes end with the next block
-    int wantedUpsampling = 1;
-    bool highQualityUpsampling = true;
-    int subBlockSize = 0;           ///< samples, the longest piece of a block
-    int interpolationBlockSize = 0; ///< the same while parameters are interpolated
+    std::atomic<bool> midiFlushPending = false;  ///< all notes end with the next block
+    MRelaxed<std::int32_t> wantedUpsampling = 1; ///< written under the settings lock
+    MRelaxed<bool> highQualityUpsampling = true; ///< likewise
+    int subBlockSize = 0;                        ///< samples, the longest piece of a block
+    int interpolationBlockSize = 0;              ///< the same while parameters are interpolated
     MChannelMode activeChannelMode = MChannelMode::LeftRight; ///< of the block under way
 
 private:
@@ -86,15 +89,19 @@ private:
         std::array<float*, MaxChannels> targets{}; ///< the host's; null if it has none, or it again
         std::array<float*, MaxChannels> outputs{}; ///< targets, or own blocks
         int samples = 0;
-        bool isPair = false; ///< left and right are two blocks on both sides
+        /// By bus: the first two channels are two blocks of the host, on both sides.
+        std::array<bool, MaxBuses> isPair{};
     };
 
+    /// Prepares anew after @p change, which runs under the locks so that no block meets half of it.
+    template <typename Change>
+    void Reconfigure(Change&& change);
     void ProcessBlock(const float* const* inputs, float* const* outputs, int samples,
                       bool replacing);
     /// For blocks of @p samples at the host's rate.
     void GrowBuffers(int samples);
-    /// Copies the inputs. Returns whether left and right differ.
-    bool TakeInputs(const float* const* inputs, Block& block);
+    /// Copies the inputs.
+    void TakeInputs(const float* const* inputs, Block& block);
     /// Finds a block for each output; what the host has not, or has twice, is dropped.
     void TakeOutputs(float* const* outputs, bool replacing, Block& block);
     void ProcessBypass(const Block& block);
@@ -102,21 +109,32 @@ private:
     void FeedBypass(const Block& block);
     void ProcessUpsampled(const Block& block);
     /// The rest of the road, at the effective rate.
-    void ProcessSubBlocks(Block block);
+    void ProcessSubBlocks(Block& block);
     void ProcessPieces(Block block, int longestPiece);
+    void TransformBuses(Block& block, ChannelModeTransform::Operation operation);
     /// The channels that the effect does not get.
     void ProcessAround(const Block& block);
+    /// Holds what the host gets to the limit of the effect.
+    void Clip(const Block& block);
+    /// Drops what upsamplers and ways round the effect hold from before a bypass.
+    void ForgetPast();
 
     /// Calls @p work with the index of each channel of the first @p buses buses.
     template <typename Work>
     void ForEachChannel(int buses, Work&& work) const
     {
         for (int bus = 0; bus < buses; ++bus)
-            for (int channel = 0; channel < CountChannels(); ++channel)
+            for (int channel = 0; channel < usedChannels; ++channel)
                 work(static_cast<std::size_t>(bus * ChannelsPerBus + channel));
     }
-    int CountUsedInputBuses() const noexcept { return std::max(1, GetInputBusCount()); }
-    int CountUsedOutputBuses() const noexcept { return std::max(1, GetOutputBusCount()); }
 
     std::array<Channel, MaxChannels> channels;
+    // Of the layout in force.
+    int usedInputBuses = 0; ///< at least one, which is silent if the host has none
+    int usedOutputBuses = 0;
+    int usedChannels = 0;    ///< of each bus
+    int bufferedSamples = 0; ///< that the buffers of all channels hold
+    bool hasInputs = false;  ///< of the host
+    bool isReady = false;    ///< the last preparation succeeded; without it all is silent
+    bool isPastOld = false;  ///< the effect's way stood still during a bypass
 };
