@@ -8,6 +8,7 @@ namespace
 {
 
 constexpr double NsPerSecond = 1e9;
+const std::string ItemsPerSecond = "items_per_second";
 constexpr int NumberWidth = 12;
 
 /// The width of a column of names, with a gap behind it.
@@ -37,14 +38,19 @@ void GoalReporter::ReportRuns(const std::vector<Run>& runs)
                                                                 : run.repetitions <= 1;
         if (!isMedian && !run.error_occurred)
             continue;
-        const auto items = run.counters.find("items_per_second");
-        results[{run.family_index, run.per_family_instance_index}] = {
+        const auto items = run.counters.find(ItemsPerSecond);
+        const Place place{run.family_index, run.per_family_instance_index};
+        results[place] = {
             .name = run.run_name.str(),
             .blockNs = run.GetAdjustedCPUTime() * NsPerSecond /
                        benchmark::GetTimeUnitMultiplier(run.time_unit),
             .itemsPerSecond = items == run.counters.end() ? 0.0 : items->second.value,
             .error = run.error_occurred ? run.error_message : std::string(),
+            .counters = {},
         };
+        for (const auto& [name, counter] : run.counters)
+            if (name != ItemsPerSecond)
+                results[place].counters[name] = counter.value;
     }
 }
 
@@ -77,6 +83,8 @@ void GoalReporter::PrintResults(std::ostream& out) const
         if (result.itemsPerSecond > 0.0)
             out << std::setw(NumberWidth) << std::setprecision(3)
                 << NsPerSecond / result.itemsPerSecond;
+        for (const auto& [name, value] : result.counters)
+            out << "  " << std::setprecision(2) << value << ' ' << name;
         out << '\n';
     }
 }

@@ -32,9 +32,10 @@ private:
     struct Result
     {
         std::string name;
-        double blockNs;        ///< CPU time of an iteration
-        double itemsPerSecond; ///< 0 if the benchmark does not count any
-        std::string error;     ///< empty if it ran
+        double blockNs;                         ///< CPU time of an iteration
+        double itemsPerSecond;                  ///< 0 if the benchmark does not count any
+        std::string error;                      ///< empty if it ran
+        std::map<std::string, double> counters; ///< what else it measured
     };
 
     struct Outcome

@@ -100,6 +100,7 @@ void MAudioPluginPipeline::Reconfigure(Change&& change)
 void MAudioPluginPipeline::InitLocked()
 {
     isReady = false;
+    hostBlock = Block();
     TakeLayout();
     // A host at a high rate leaves less room.
     upsamplingFactor = std::clamp(GetWantedUpsampling(), 1, std::max(1, MaxRate / hostSampleRate));
@@ -180,80 +181,79 @@ void MAudioPluginPipeline::ProcessBlock(const float* const* inputs, float* const
 {
     if (samples > bufferedSamples)
         GrowBuffers(samples);
-    Block block;
-    block.samples = samples;
-    TakeInputs(inputs, block);
-    TakeOutputs(outputs, replacing, block);
+    hostBlock.samples = samples;
+    TakeInputs(inputs);
+    TakeOutputs(outputs, replacing);
 
-    ProcessPre(block.inputs.data(), samples);
+    ProcessPre(hostBlock.inputs.data(), samples);
     const bool isBypass = IsBypassed();
     if (isBypass)
-        ProcessBypass(block);
+        ProcessBypass();
     else
     {
         if (latency > 0)
-            FeedBypass(block);
+            FeedBypass();
         if (std::exchange(isPastOld, false))
             ForgetPast();
         activeChannelMode = channelMode.load(std::memory_order_relaxed);
         if (upsamplingFactor > 1)
-            ProcessUpsampled(block);
+            ProcessUpsampled();
         else
-            ProcessSubBlocks(block);
+            ProcessSubBlocks(hostBlock);
     }
     if (!replacing)
         ForEachChannel(usedOutputBuses, [&](std::size_t i)
-                       { kernels::Add(block.targets[i], block.outputs[i], samples); });
+                       { kernels::Add(hostBlock.targets[i], hostBlock.outputs[i], samples); });
     if (isBypass)
         return;
     if (upsamplingFactor > 1)
-        Clip(block);
-    ProcessPost(block.outputs.data(), samples);
+        Clip();
+    ProcessPost(hostBlock.outputs.data(), samples);
 }
 
-void MAudioPluginPipeline::TakeInputs(const float* const* inputs, Block& block)
+void MAudioPluginPipeline::TakeInputs(const float* const* inputs)
 {
     const bool isSafe = isAntiDenormal.load(std::memory_order_relaxed);
     const float* source = nullptr;
-    ForEachChannel(usedInputBuses,
-                   [&](std::size_t i)
-                   {
-                       const float* const left = i % ChannelsPerBus > 0 ? source : nullptr;
-                       const float* const own =
-                           inputs != nullptr && hasInputs ? inputs[i] : nullptr;
-                       source = own != nullptr ? own : left;
-                       // Two channels of silence are two blocks, if none of the host's.
-                       if (i % ChannelsPerBus == 1)
-                           block.isPair[i / ChannelsPerBus] = source == nullptr || source != left;
+    ForEachChannel(
+        usedInputBuses,
+        [&](std::size_t i)
+        {
+            const float* const left = i % ChannelsPerBus > 0 ? source : nullptr;
+            const float* const own = inputs != nullptr && hasInputs ? inputs[i] : nullptr;
+            source = own != nullptr ? own : left;
+            // Two channels of silence are two blocks, if none of the host's.
+            if (i % ChannelsPerBus == 1)
+                hostBlock.isPair[i / ChannelsPerBus] = source == nullptr || source != left;
 
-                       float* const copy = channels[i].input.data();
-                       block.inputs[i] = copy;
-                       if (source == nullptr)
-                           kernels::Fill(copy, isSafe ? AntiDenormalOffset : 0.0f, block.samples);
-                       else if (isSafe)
-                           CopyWithOffset(copy, source, block.samples);
-                       else
-                           kernels::Copy(copy, source, block.samples);
-                   });
+            float* const copy = channels[i].input.data();
+            hostBlock.inputs[i] = copy;
+            if (source == nullptr)
+                kernels::Fill(copy, isSafe ? AntiDenormalOffset : 0.0f, hostBlock.samples);
+            else if (isSafe)
+                CopyWithOffset(copy, source, hostBlock.samples);
+            else
+                kernels::Copy(copy, source, hostBlock.samples);
+        });
 }
 
-void MAudioPluginPipeline::TakeOutputs(float* const* outputs, bool replacing, Block& block)
+void MAudioPluginPipeline::TakeOutputs(float* const* outputs, bool replacing)
 {
     ForEachChannel(usedOutputBuses,
                    [&](std::size_t i)
                    {
                        const bool isNew = !IsAmong(outputs[i], outputs, i);
-                       block.targets[i] = isNew ? outputs[i] : nullptr;
-                       block.outputs[i] = replacing && block.targets[i] != nullptr
-                                              ? block.targets[i]
-                                              : channels[i].output.data();
-                       // One block for both, or none for the right one, is no pair.
-                       if (i % ChannelsPerBus == 1 && block.targets[i] == nullptr)
-                           block.isPair[i / ChannelsPerBus] = false;
+                       hostBlock.targets[i] = isNew ? outputs[i] : nullptr;
+                       hostBlock.outputs[i] = replacing && hostBlock.targets[i] != nullptr
+                                                  ? hostBlock.targets[i]
+                                                  : channels[i].output.data();
+                       // One hostBlock for both, or none for the right one, is no pair.
+                       if (i % ChannelsPerBus == 1 && hostBlock.targets[i] == nullptr)
+                           hostBlock.isPair[i / ChannelsPerBus] = false;
                    });
 }
 
-void MAudioPluginPipeline::ProcessBypass(const Block& block)
+void MAudioPluginPipeline::ProcessBypass()
 {
     isPastOld = true;
     const int common = hasInputs ? usedInputBuses : 0;
@@ -261,39 +261,46 @@ void MAudioPluginPipeline::ProcessBypass(const Block& block)
                    [&](std::size_t i)
                    {
                        const bool isCommon = static_cast<int>(i) / ChannelsPerBus < common;
-                       channels[i].bypassQueue.Process(
-                           block.outputs[i], isCommon ? block.inputs[i] : nullptr, block.samples);
+                       channels[i].bypassQueue.Process(hostBlock.outputs[i],
+                                                       isCommon ? hostBlock.inputs[i] : nullptr,
+                                                       hostBlock.samples);
                    });
 }
 
-void MAudioPluginPipeline::FeedBypass(const Block& block)
+void MAudioPluginPipeline::FeedBypass()
 {
-    ForEachChannel(usedInputBuses, [&](std::size_t i)
-                   { channels[i].bypassQueue.Process(nullptr, block.inputs[i], block.samples); });
-}
-
-void MAudioPluginPipeline::ProcessUpsampled(const Block& block)
-{
-    Block stretched = block;
-    stretched.samples = block.samples * upsamplingFactor;
     ForEachChannel(
         usedInputBuses, [&](std::size_t i)
-        { stretched.inputs[i] = channels[i].upsampler.Upsample(block.inputs[i], block.samples); });
+        { channels[i].bypassQueue.Process(nullptr, hostBlock.inputs[i], hostBlock.samples); });
+}
+
+void MAudioPluginPipeline::ProcessUpsampled()
+{
+    Block stretched = hostBlock;
+    stretched.samples = hostBlock.samples * upsamplingFactor;
+    ForEachChannel(usedInputBuses,
+                   [&](std::size_t i) {
+                       stretched.inputs[i] =
+                           channels[i].upsampler.Upsample(hostBlock.inputs[i], hostBlock.samples);
+                   });
     ForEachChannel(usedOutputBuses, [&](std::size_t i)
                    { stretched.outputs[i] = channels[i].upsampler.GetOutput(); });
     ProcessSubBlocks(stretched);
 
-    ForEachChannel(usedOutputBuses, [&](std::size_t i)
-                   { channels[i].upsampler.Downsample(block.outputs[i], block.samples, false); });
+    ForEachChannel(
+        usedOutputBuses, [&](std::size_t i)
+        { channels[i].upsampler.Downsample(hostBlock.outputs[i], hostBlock.samples, false); });
 }
 
-void MAudioPluginPipeline::Clip(const Block& block)
+void MAudioPluginPipeline::Clip()
 {
     const double limit = GetClipLimit();
     if (limit >= 0.0)
-        ForEachChannel(
-            usedOutputBuses, [&](std::size_t i)
-            { kernels::Clamp(block.targets[i], static_cast<float>(limit), block.samples); });
+        ForEachChannel(usedOutputBuses,
+                       [&](std::size_t i) {
+                           kernels::Clamp(hostBlock.targets[i], static_cast<float>(limit),
+                                          hostBlock.samples);
+                       });
 }
 
 void MAudioPluginPipeline::ForgetPast()

@@ -101,13 +101,13 @@ private:
     /// For blocks of @p samples at the host's rate.
     void GrowBuffers(int samples);
     /// Copies the inputs.
-    void TakeInputs(const float* const* inputs, Block& block);
+    void TakeInputs(const float* const* inputs);
     /// Finds a block for each output; what the host has not, or has twice, is dropped.
-    void TakeOutputs(float* const* outputs, bool replacing, Block& block);
-    void ProcessBypass(const Block& block);
+    void TakeOutputs(float* const* outputs, bool replacing);
+    void ProcessBypass();
     /// Keeps the way of the bypass filled while it is not taken.
-    void FeedBypass(const Block& block);
-    void ProcessUpsampled(const Block& block);
+    void FeedBypass();
+    void ProcessUpsampled();
     /// The rest of the road, at the effective rate.
     void ProcessSubBlocks(Block& block);
     void ProcessPieces(Block block, int longestPiece);
@@ -115,7 +115,7 @@ private:
     /// The channels that the effect does not get.
     void ProcessAround(const Block& block);
     /// Holds what the host gets to the limit of the effect.
-    void Clip(const Block& block);
+    void Clip();
     /// Drops what upsamplers and ways round the effect hold from before a bypass.
     void ForgetPast();
 
@@ -129,6 +129,7 @@ private:
     }
 
     std::array<Channel, MaxChannels> channels;
+    Block hostBlock; ///< under way; stays, as most of its pointers are null for good
     // Of the layout in force.
     int usedInputBuses = 0; ///< at least one, which is silent if the host has none
     int usedOutputBuses = 0;
