@@ -94,10 +94,13 @@ double ParameterInterpolation::Entry::GetFast()
 
 bool ParameterInterpolation::Entry::Aim(bool mayMove)
 {
-    // Mostly all stands still, and nobody has to be told.
-    target = GetFast();
-    if (!mayMove || std::abs(target - last) <= LeastMove)
-        return false;
+    // Mostly all stands still, which a record tells at once and with nobody to be told.
+    if (record != nullptr || !mayMove)
+    {
+        target = GetFast();
+        if (!mayMove || std::abs(target - last) <= LeastMove)
+            return false;
+    }
     // Before the look that counts, so that no write falls between the two.
     state = Moving;
     departures.fetch_add(1);

@@ -247,7 +247,7 @@ void MAudioPluginPipeline::TakeOutputs(float* const* outputs, bool replacing)
                        hostBlock.outputs[i] = replacing && hostBlock.targets[i] != nullptr
                                                   ? hostBlock.targets[i]
                                                   : channels[i].output.data();
-                       // One hostBlock for both, or none for the right one, is no pair.
+                       // One block for both, or none for the right one, is no pair.
                        if (i % ChannelsPerBus == 1 && hostBlock.targets[i] == nullptr)
                            hostBlock.isPair[i / ChannelsPerBus] = false;
                    });
@@ -278,13 +278,16 @@ void MAudioPluginPipeline::ProcessUpsampled()
 {
     Block stretched = hostBlock;
     stretched.samples = hostBlock.samples * upsamplingFactor;
-    ForEachChannel(usedInputBuses,
-                   [&](std::size_t i) {
-                       stretched.inputs[i] =
-                           channels[i].upsampler.Upsample(hostBlock.inputs[i], hostBlock.samples);
+    ForEachChannel(std::max(usedInputBuses, usedOutputBuses),
+                   [&](std::size_t i)
+                   {
+                       const float* const input = hostBlock.inputs[i]; // none for further outputs
+                       float* const up = channels[i].upsampler.Upsample(input, hostBlock.samples);
+                       if (input != nullptr)
+                           stretched.inputs[i] = up;
+                       if (hostBlock.outputs[i] != nullptr)
+                           stretched.outputs[i] = channels[i].upsampler.GetOutput();
                    });
-    ForEachChannel(usedOutputBuses, [&](std::size_t i)
-                   { stretched.outputs[i] = channels[i].upsampler.GetOutput(); });
     ProcessSubBlocks(stretched);
 
     ForEachChannel(
