@@ -26,10 +26,10 @@ constexpr float Untouched = -7.0f; ///< outputs before a block
 class PluginUnderTest : public MAudioPluginPipeline
 {
 public:
-    explicit PluginUnderTest(int hostChannels = 2)
+    explicit PluginUnderTest(int hostChannels = 2, int busCount = 1)
     {
         SetHostSampleRate(Rate);
-        SetBuses(1, 1, 2);
+        SetBuses(1, busCount, 2);
         SetChannels(hostChannels, hostChannels);
         InitProcessing();
     }
@@ -373,6 +373,23 @@ TEST(MAudioPluginPipeline, BlocksBeyondTheAnnouncedLengthSoundTheSame)
     }
 }
 
+TEST(MAudioPluginPipeline, FurtherOutputsAreSilentWithoutAnInput)
+{
+    for (const bool isBypassed : {false, true})
+    {
+        PluginUnderTest plugin(2, 2);
+        plugin.SetChannelMode(Left);
+        plugin.SetUpsampling(4, true);
+        plugin.SetBypassed(isBypassed);
+        HostBlock block({3.0f, 1.0f}, 5000); // more than was announced
+        Signal further(5000, Untouched);
+        block.outputs[MAudioPlugin::ChannelsPerBus + 1] = further.data();
+        block.Play(plugin);
+        EXPECT_EQ(further, Signal(5000));
+        EXPECT_NEAR(block.outputBlocks[1].back(), 1.0f, 1e-3f) << isBypassed;
+    }
+}
+
 TEST(MAudioPluginPipeline, HoldsTheUpsampledOutputToTheLimit)
 {
     PluginUnderTest plugin;
@@ -421,11 +438,17 @@ TEST(MAudioPluginPipeline, WhatIsNoNumberPassesAndDoesNotStay)
 
 TEST(MAudioPluginPipeline, AHostsStepIsALineThroughTheBlock)
 {
-    const auto plugin = MakeTonvale(1, 0.0, 0.2);
+    const auto plugin = MakeTonvale(1, 0.0, 0.5);
     const auto steady = MakeTonvale(1, 0.0, 1.0);
     const Signal silence(1024);
-    for (MAudioPlugin* const each : {plugin.get(), steady.get()})
-        Play(*each, silence, 1024);
+    for (const std::size_t length : {1024, 100}) // short ones draw no line, but lead up to one
+    {
+        for (MAudioPlugin* const each : {plugin.get(), steady.get()})
+            Play(*each, silence, length);
+        plugin->SetParameter(Wet, 0.2, true);
+    }
+    Play(*plugin, silence, 100);
+    Play(*steady, silence, 100);
     plugin->SetParameter(Wet, 1.0, true);
     const Signal played = Play(*plugin, silence, 1024)[0];
     const Signal full = Play(*steady, silence, 1024)[0];
