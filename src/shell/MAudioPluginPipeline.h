@@ -125,7 +125,8 @@ private:
     {
         for (int bus = 0; bus < buses; ++bus)
             for (int channel = 0; channel < usedChannels; ++channel)
-                work(static_cast<std::size_t>(bus * ChannelsPerBus + channel));
+                work(static_cast<std::size_t>(bus) * ChannelsPerBus +
+                     static_cast<std::size_t>(channel));
     }
 
     std::array<Channel, MaxChannels> channels;
