@@ -187,7 +187,7 @@ std::string NameOf(const std::string& what, const Setting& setting)
 template <class Player>
 std::string Register(const std::string& what, const Setting& setting)
 {
-    const std::string name = NameOf(what, setting);
+    std::string name = NameOf(what, setting);
     benchmark::RegisterBenchmark(name.c_str(), [setting](benchmark::State& state)
                                  { Run<Player>(state, setting); });
     return name;

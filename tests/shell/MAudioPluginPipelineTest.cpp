@@ -441,7 +441,7 @@ TEST(MAudioPluginPipeline, AHostsStepIsALineThroughTheBlock)
     const auto plugin = MakeTonvale(1, 0.0, 0.5);
     const auto steady = MakeTonvale(1, 0.0, 1.0);
     const Signal silence(1024);
-    for (const std::size_t length : {1024, 100}) // short ones draw no line, but lead up to one
+    for (const std::size_t length : {1024u, 100u}) // short ones draw no line, but lead up to one
     {
         for (MAudioPlugin* const each : {plugin.get(), steady.get()})
             Play(*each, silence, length);
