@@ -1,12 +1,12 @@
 #include "effect/MSignalGenerator.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <utility>
 
 #include "dsp/kernels/Arithmetic.h"
 #include "dsp/kernels/Levels.h"
-#include "foundation/strings/MStringFormatter.h"
 #include "foundation/threads/MLockGuard.h"
 #include "foundation/values/MValueSignalGeneratorShape.h"
 #include "foundation/xml/MXMLItem.h"
@@ -19,23 +19,11 @@ constexpr double FullDepth = 0.99999; ///< from here on a source stands alone
 /// A peak below it counts as this, so that near silence is not blown up.
 constexpr float LeastPeak = 0.1f;
 
-MString StepKey(std::size_t step)
-{
-    return MStringFormatter("Item{0}").Add(static_cast<int>(step)).Result();
-}
-
 } // namespace
 
 MSignalGenerator::MSignalGenerator() : presets(PresetShapeTables::Get())
 {
     MValueSignalGeneratorShape::InstallNames(&MSignalGenerator::GetShapeName);
-    for (const auto& [x, y] : {std::pair(0.0, 0.0), {0.25, 1.0}, {0.75, -1.0}, {1.0, 0.0}})
-        Envelope.Add(x, y);
-    constexpr std::uint8_t EndFlags = MEnvelopePoint::Fixed | MEnvelopePoint::Locked;
-    Envelope.GetPoints().front().Flags |= EndFlags;
-    Envelope.GetPoints().back().Flags |= EndFlags;
-    for (std::size_t step = 0; step < StepValues.size(); ++step)
-        StepValues[step] = step % 2 == 0 ? 1.0f : -1.0f;
     Rebuild();
 }
 
@@ -66,11 +54,6 @@ int MSignalGenerator::SplitShape() noexcept
     const valuetexts::ShapePosition place = valuetexts::SplitShapePosition(Shape);
     ShapeFraction = static_cast<float>(place.fraction);
     return place.index;
-}
-
-int MSignalGenerator::CountSteps() const noexcept
-{
-    return std::clamp(StepItemCount, 1, MaxStepCount);
 }
 
 void MSignalGenerator::RenderPresets(int index) noexcept
@@ -144,59 +127,32 @@ void MSignalGenerator::Normalise() noexcept
                    TableLength);
 }
 
-void MSignalGenerator::Store(MXMLItem& item) const
+MSignalGeneratorState MSignalGenerator::GetState() const
 {
-    item.SetAttribute("value", Shape);
-    item.SetAttribute("Smoothness", Smoothness);
-    item.SetAttribute("EnvelopeDepth", EnvelopeDepth);
-    Envelope.Store(item.GetOrAddSubItem("Envelope"));
-    StoreSteps(item.GetOrAddSubItem("Step"));
-    Operations.Store(item.GetOrAddSubItem("Operations"));
+    return {.settings = *this, .operations = Operations};
 }
 
-void MSignalGenerator::StoreSteps(MXMLItem& steps) const
+void MSignalGenerator::Store(MXMLItem& item) const
 {
-    steps.Clear(); // more steps may have been in use
-    steps.SetAttribute("StepItemCount", CountSteps());
-    steps.SetAttribute("StepDepth", StepDepth);
-    for (std::size_t step = 0; step < static_cast<std::size_t>(CountSteps()); ++step)
-        steps.SetAttribute(StepKey(step), double{StepValues[step]});
+    GetState().Store(item);
+}
+
+void MSignalGenerator::SetState(MSignalGeneratorState state)
+{
+    // Parameter objects read these without a lock.
+    for (const auto number : {&MSignalGenerator::Shape, &MSignalGenerator::EnvelopeDepth,
+                              &MSignalGenerator::StepDepth, &MSignalGenerator::Smoothness})
+        std::atomic_ref(this->*number).store(state.settings.*number, std::memory_order_relaxed);
+    Envelope = std::move(state.settings.Envelope);
+    StepValues = state.settings.StepValues;
+    StepItemCount = state.settings.StepItemCount;
+    static_cast<MSignalGeneratorOperationsSettings&>(Operations) = std::move(state.operations);
+    Rebuild();
 }
 
 void MSignalGenerator::Load(MXMLItem& item)
 {
-    // What may throw comes first.
-    MEnvelope envelope = Envelope;
-    if (item.HasSubItem("Envelope"))
-        envelope.Load(item.GetSubItem());
-    Operations.Load(item.GetOrAddSubItem("Operations"));
-    Envelope = std::move(envelope);
-
-    if (item.HasAttribute("value"))
-        Shape = item.GetAttribute().ToDouble();
-    if (item.HasAttribute("Smoothness"))
-        Smoothness = std::clamp(item.GetAttribute().ToDouble(), 0.0, 1.0);
-    EnvelopeDepth = item.GetAttribute("EnvelopeDepth", "0").ToDouble();
-    if (item.HasSubItem("Step"))
-        LoadSteps(item.GetSubItem());
-    Rebuild();
-}
-
-void MSignalGenerator::LoadSteps(MXMLItem& steps)
-{
-    if (steps.HasAttribute("StepItemCount"))
-        StepItemCount = static_cast<std::int32_t>(
-            std::clamp<std::int64_t>(steps.GetAttribute().ToInteger(), 1, MaxStepCount));
-    if (steps.HasAttribute("StepDepth"))
-        StepDepth = steps.GetAttribute().ToDouble();
-    const auto setValue = [this](std::size_t step, const MString& text)
-    { StepValues[step] = static_cast<float>(std::clamp(text.ToDouble(), -1.0, 1.0)); };
-    for (std::size_t step = 0; step < static_cast<std::size_t>(CountSteps()); ++step)
-    {
-        const MString key = StepKey(step);
-        if (steps.HasAttribute(key))
-            setValue(step, steps.GetAttribute());
-        else if (steps.HasSubItem(key))
-            setValue(step, steps.GetSubItem().GetAttribute("value", "0"));
-    }
+    MSignalGeneratorState state = GetState();
+    state.Load(item);
+    SetState(std::move(state));
 }

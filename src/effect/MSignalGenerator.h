@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <span>
 
-#include "curves/MEnvelope.h"
 #include "curves/MEnvelopeComputer.h"
 #include "effect/MGaussianSmoother.h"
 #include "effect/MSignalGeneratorOperations.h"
+#include "effect/MSignalGeneratorSettings.h"
 #include "effect/PresetShapeTables.h"
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MLock.h"
@@ -22,11 +22,10 @@ class MXMLItem;
 /// The fields are the sound; whoever writes one calls Rebuild, nothing rebuilds lazily. Rebuild
 /// overwrites the table in place, so audio code that reads it and every rebuild share a lock one
 /// level up (the processing lock).
-class MSignalGenerator
+class MSignalGenerator : public MSignalGeneratorSettings
 {
 public:
     static constexpr int TableLength = 8192; ///< samples a cycle
-    static constexpr int MaxStepCount = 32;
 
     /// A sine of peak 1. The first one builds the preset shapes.
     MSignalGenerator();
@@ -43,6 +42,10 @@ public:
     /// @throws MException "Invalid control point type.", which no loaded curve has
     void Rebuild();
 
+    /// Allocates for the points of the curves alone.
+    MSignalGeneratorState GetState() const;
+    /// Takes the place of all that is stored, and rebuilds.
+    void SetState(MSignalGeneratorState state);
     /// Writes to the item that its owner named, over what stood there.
     void Store(MXMLItem& item) const;
     /// Missing operations and the depth of the curve become 0, all else that is missing keeps its
@@ -54,31 +57,21 @@ public:
     double Rate = 1.0;          ///< the period by which phases wrap, after a rebuild
     double TableScale = 8192.0; ///< samples for one unit of phase, after a rebuild
     float ShapeFraction = 0.0f; ///< how far Shape is on the way to the next preset, after a rebuild
-    double Shape = 5.0;         ///< 0.0 to 15.0 in the preset shapes; between two they cross-fade
     double CycleLength = 1.0;
     std::int32_t CycleCount = 1;
-    MEnvelope Envelope{0.0, 1.0, -1.0, 1.0};    ///< the free curve
-    double EnvelopeDepth = 0.0;                 ///< share of the free curve, 0.0 to 1.0
-    std::array<float, MaxStepCount> StepValues; ///< -1.0 to 1.0
-    std::int32_t StepItemCount = 8;             ///< steps in use, 1 to MaxStepCount
-    double StepDepth = 0.0;                     ///< share of the step pattern, 0.0 to 1.0
-    double Smoothness = 0.0;                    ///< 0.0 to 1.0
-    MGaussianSmoother SmoothingFilter;          ///< follows Smoothness
+    MGaussianSmoother SmoothingFilter; ///< follows Smoothness
     MSignalGeneratorOperations Operations;
 
 private:
     using Cycle = std::array<float, TableLength>;
 
     int SplitShape() noexcept;
-    int CountSteps() const noexcept;
     void RenderPresets(int index) noexcept;
     void RenderCurve(float* cycle);
     void RenderSteps(float* cycle) const noexcept;
     void RenderSources();
     void Smooth() noexcept;
     void Normalise() noexcept;
-    void StoreSteps(MXMLItem& steps) const;
-    void LoadSteps(MXMLItem& steps);
 
     const PresetShapeTables& presets;
     MEnvelopeComputer curveComputer; ///< of Envelope

@@ -2,13 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "dsp/kernels/Arithmetic.h"
 #include "dsp/kernels/Polynomials.h"
 #include "dsp/kernels/Shapes.h"
-#include "foundation/strings/MStringFormatter.h"
-#include "foundation/xml/MXMLItem.h"
 
 namespace
 {
@@ -33,45 +30,7 @@ void TakeSource(const Buffers& buffers) noexcept
     buffers.source.back() = buffers.render.front();
 }
 
-MString HarmonicKey(const MString& format, std::size_t index)
-{
-    return MStringFormatter(format).Add(static_cast<int>(index) + 2).Result();
-}
-
-/// Calls @p visit with the key of each amount and the amount, of constant operations or others.
-template <class Operations, class Visitor>
-void VisitAmounts(Operations& operations, const Visitor& visit)
-{
-    visit("Skew", operations.Skew);
-    visit("FullSkew", operations.FullSkew);
-    visit("Halve", operations.Halve);
-    for (std::size_t i = 0; i < MSignalGeneratorOperations::HarmonicCount; ++i)
-    {
-        visit(HarmonicKey("Harmonic{0}", i), operations.Harmonic[i]);
-        visit(HarmonicKey("HarmonicPhase{0}", i), operations.HarmonicPhase[i]);
-    }
-}
-
-void StoreSwitch(MXMLItem& item, const MString& key, bool isEnabled)
-{
-    if (isEnabled)
-        item.SetAttribute(key, 1);
-    else
-        item.RemoveAttribute(key);
-}
-
-bool LoadSwitch(const MXMLItem& item, const MString& key)
-{
-    return item.GetAttribute(key, "0").ToInteger() != 0;
-}
-
 } // namespace
-
-MSignalGeneratorOperations::MSignalGeneratorOperations()
-{
-    Transform.AddEndPoints(0.0, 1.0);
-    AmplitudeTransform.AddEndPoints(-1.0, 1.0);
-}
 
 void MSignalGeneratorOperations::Process(const Buffers& buffers)
 {
@@ -175,37 +134,4 @@ void MSignalGeneratorOperations::ProcessTransform(const Buffers& buffers)
     float* const positions = buffers.render.data();
     kernels::Scale(positions, buffers.scratch.data(), Length, Length);
     kernels::Lookup(positions, buffers.source.data(), positions, Length, Mask);
-}
-
-void MSignalGeneratorOperations::Store(MXMLItem& item) const
-{
-    VisitAmounts(*this,
-                 [&item](const MString& key, double amount)
-                 {
-                     if (amount == 0.0)
-                         item.RemoveAttribute(key);
-                     else
-                         item.SetAttribute(key, amount);
-                 });
-    StoreSwitch(item, "TransformEnable", TransformEnable);
-    StoreSwitch(item, "AmplitudeTransformEnable", AmplitudeTransformEnable);
-    Transform.Store(item.GetOrAddSubItem("Transform"));
-    AmplitudeTransform.Store(item.GetOrAddSubItem("AmplitudeTransform"));
-}
-
-void MSignalGeneratorOperations::Load(MXMLItem& item)
-{
-    MEnvelope transform = Transform;
-    MEnvelope amplitudeTransform = AmplitudeTransform;
-    if (item.HasSubItem("Transform"))
-        transform.Load(item.GetSubItem());
-    if (item.HasSubItem("AmplitudeTransform"))
-        amplitudeTransform.Load(item.GetSubItem());
-
-    VisitAmounts(*this, [&item](const MString& key, double& amount)
-                 { amount = item.GetAttribute(key, "0").ToDouble(); });
-    TransformEnable = LoadSwitch(item, "TransformEnable");
-    AmplitudeTransformEnable = LoadSwitch(item, "AmplitudeTransformEnable");
-    Transform = std::move(transform);
-    AmplitudeTransform = std::move(amplitudeTransform);
 }

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <span>
 
-#include "curves/MEnvelope.h"
 #include "curves/MEnvelopeComputer.h"
 #include "dsp/kernels/Cycles.h"
-
-class MXMLItem;
+#include "effect/MSignalGeneratorSettings.h"
 
 /// What a cycle passes between the mix of its sources and the smoothing, in the order of the
 /// fields, and the map of amplitudes at the end of all.
@@ -16,11 +13,10 @@ class MXMLItem;
 /// the cycle, so nothing outside of it is ever read. A stage without an amount costs nothing.
 /// Owned by one MSignalGenerator and used under its RebuildLock, also on the audio thread: only
 /// curves that have grown allocate.
-class MSignalGeneratorOperations
+class MSignalGeneratorOperations : public MSignalGeneratorOperationsSettings
 {
 public:
     static constexpr std::size_t CycleLength = kernels::CycleLength; ///< samples
-    static constexpr std::size_t HarmonicCount = 7;                  ///< harmonics 2 to 8
     using Cycle = std::span<float, CycleLength>;
 
     /// Where the operations work; nothing of it lasts but the result.
@@ -32,29 +28,11 @@ public:
         Cycle scratch; ///< a map or an intermediate cycle
     };
 
-    MSignalGeneratorOperations();
-
     /// Skew to Transform. Samples may come out infinite or as not numbers if amounts are huge.
     /// @throws MException "Invalid control point type.", which no loaded curve has
     void Process(const Buffers& buffers);
     /// AmplitudeTransform, on a finished @p cycle. Throws what Process throws.
     void ProcessAmplitude(Cycle cycle);
-
-    /// Zeros and disabled switches are left out, and removed where they stood.
-    void Store(MXMLItem& item) const;
-    /// What is missing becomes 0 or disabled; missing curves stay. Throws what MEnvelope::Load
-    /// throws, with all fields as they were.
-    void Load(MXMLItem& item);
-
-    double Skew = 0.0;                                 ///< -1.0 to 1.0, bend with both ends alike
-    double FullSkew = 0.0;                             ///< -1.0 to 1.0, bend to one end
-    double Halve = 0.0;                                ///< -1.0 to 1.0, moves the middle
-    std::array<double, HarmonicCount> Harmonic{};      ///< -1.0 to 1.0, gains of faster copies
-    std::array<double, HarmonicCount> HarmonicPhase{}; ///< 0.0 to 1.0, in cycles of the shape
-    bool TransformEnable = false;
-    bool AmplitudeTransformEnable = false;
-    MEnvelope Transform{0.0, 1.0, 0.0, 1.0};            ///< from the place to the place read there
-    MEnvelope AmplitudeTransform{-1.0, 1.0, -1.0, 1.0}; ///< from amplitude to amplitude
 
 private:
     void ProcessSkew(const Buffers& buffers) const noexcept;

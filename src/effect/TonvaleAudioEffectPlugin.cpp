@@ -201,9 +201,16 @@ void TonvaleAudioEffectPlugin::MIDIProcessorType::ProcessPitchWheel(int offset, 
 bool TonvaleAudioEffectPlugin::Store(MXMLItem& item)
 {
     MAudioEffectPlugin::Store(item);
-    const MLockGuard guard(GetLock());
-    item.SetAttribute("NoteIndex", noteIndex);
-    generator.Store(item.GetOrAddSubItem("Shape"));
+    std::int32_t note = 0;
+    // Blocks wait for the copy, and not for the text.
+    const MSignalGeneratorState shape = [&]
+    {
+        const MLockGuard guard(GetLock());
+        note = noteIndex;
+        return generator.GetState();
+    }();
+    item.SetAttribute("NoteIndex", note);
+    shape.Store(item.GetOrAddSubItem("Shape"));
     return true;
 }
 
