@@ -31,14 +31,14 @@ Shell* ShellOf(MPluginHost& host) noexcept
 std::intptr_t OnParameterListChanged(MPluginHost& host, std::intptr_t)
 {
     if (Shell* const shell = ShellOf(host))
-        shell->DestroyTemporaryAutomationAdapters();
+        shell->RefreshParameterList();
     return 0;
 }
 
 std::intptr_t OnGetContext(MPluginHost& host, std::intptr_t)
 {
     Shell* const shell = ShellOf(host);
-    return shell != nullptr ? reinterpret_cast<std::intptr_t>(&shell->GetTime()) : 0;
+    return shell != nullptr ? reinterpret_cast<std::intptr_t>(&shell->GetContext()) : 0;
 }
 
 std::intptr_t OnGetSampleRate(MPluginHost& host, std::intptr_t)
@@ -64,6 +64,7 @@ MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter()
 
 MAudioEffectPluginToAudioPluginAdapter::~MAudioEffectPluginToAudioPluginAdapter()
 {
+    StopUpdateRequests(); // it looks at what ends here
     if (host == nullptr)
         return;
     parameters = MParameterList();
@@ -106,7 +107,6 @@ void MAudioEffectPluginToAudioPluginAdapter::CreateEffect(MPluginCall entryPoint
 void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
 {
     const MPluginInfo& info = *host->GetPluginInfo();
-    effectMaxBlock = info.maxProcessingBlock;
     SetBuses(std::min(info.inputBusCount, MaxBuses), std::min(info.outputBusCount, MaxBuses), 2);
     if (info.midiProcessor != nullptr)
         AddListener(*info.midiProcessor, MMIDIProcessorBase::AllChannels);
@@ -136,6 +136,7 @@ void MAudioEffectPluginToAudioPluginAdapter::InitEffect()
         effect->InitProcessing(GetEffectChannels(), sampleRate);
         effect->Update();
         effect->ResetParameterRamps();
+        effectMaxBlock = host->GetPluginInfo()->maxProcessingBlock;
     }
 }
 
@@ -164,7 +165,7 @@ void MAudioEffectPluginToAudioPluginAdapter::Process(float* const* inputs, float
              [&]
              {
                  PrepareForProcessing(samples);
-                 GetEffect()->Process(nullptr, inputs, outputs, samples);
+                 GetEffect()->Process(&context, inputs, outputs, samples);
                  return 0;
              });
 }
@@ -191,6 +192,14 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessUpdate()
                      effect->ProcessUpdate();
                  return 0;
              });
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::RefreshParameterList()
+{
+    const SuspendScope suspended(*this);
+    const MLockGuard settings(GetSettingsLock());
+    const MLockGuard processing(GetProcessingLock());
+    DestroyTemporaryAutomationAdapters(); // the others live as long as the effect
 }
 
 int MAudioEffectPluginToAudioPluginAdapter::GetLatency()
@@ -252,10 +261,15 @@ void MAudioEffectPluginToAudioPluginAdapter::Store(const MStorageDescriptor& sto
     MGuarded("MAudioEffectPluginToAudioPluginAdapter::Store", 0,
              [&]
              {
-                 if (storage.storing)
-                     StoreState(storage);
-                 else
+                 if (!storage.storing)
                      Load(storage);
+                 else
+                 {
+                     // No load comes between the parts; blocks go on.
+                     const MLockGuard settings(GetSettingsLock());
+                     StoreState(storage);
+                     LimitChannelMode();
+                 }
                  return 0;
              });
 }
@@ -270,6 +284,7 @@ void MAudioEffectPluginToAudioPluginAdapter::Load(const MStorageDescriptor& stor
         const MLockGuard processing(GetProcessingLock());
         StoreState(storage);
         InitLocked();
+        LimitChannelMode(); // by the layout that the host wants now
     }
     InitDone();
     for (MAutomationAdapter* const adapter : GetAdapters())
@@ -299,29 +314,36 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreState(const MStorageDescriptor
                 .ToInteger(),
             1, MaxMaxLFOBlockSize)));
     }
-    if (GetChannelMode() == MChannelMode::Surround && CountChannels() < 3)
-        channelMode = MChannelMode::LeftRight;
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::LimitChannelMode()
+{
+    // The effect gets as many channels as before, so nothing needs to be prepared.
+    MChannelMode tooWide = MChannelMode::Surround;
+    if (CountChannels() < 3)
+        channelMode.compare_exchange_strong(tooWide, MChannelMode::LeftRight);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::LoadChannelMode(MXMLItem& item)
 {
+    if (item.HasAttribute("ChannelMode"))
+    {
+        MChannelMode mode = GetChannelMode();
+        double number = 0.0;
+        const MString text = item.GetAttribute();
+        if (MChannelModeInfo::Find(text, mode))
+            channelMode = mode;
+        else if (text.ReadDouble(number) && number >= 0.0 && number < MChannelModeInfo::Count)
+            channelMode = static_cast<MChannelMode>(static_cast<int>(number));
+    }
+    // Older states know this mode alone.
     if (item.HasAttribute("EnableSurroundProcessing"))
         channelMode =
             item.GetAttribute().ToInteger() != 0 ? MChannelMode::Surround : MChannelMode::LeftRight;
-    if (!item.HasAttribute("ChannelMode"))
-        return;
-    MChannelMode mode = GetChannelMode();
-    double number = 0.0;
-    const MString text = item.GetAttribute();
-    if (MChannelModeInfo::Find(text, mode))
-        channelMode = mode;
-    else if (text.ReadDouble(number) && number >= 0.0 && number < MChannelModeInfo::Count)
-        channelMode = static_cast<MChannelMode>(static_cast<int>(number));
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreSettings(const MStorageDescriptor& storage)
 {
-    const MLockGuard settings(GetSettingsLock());
     MAudioEffectPlugin* const effect = GetEffect();
     if (storage.storing)
     {

@@ -9,6 +9,12 @@
 
 class MAudioEffectPlugin;
 
+/// What an effect is handed with each block, and may ask for; it sees no more than the name.
+struct MProcessingContext
+{
+    const MAudioPluginTime& time;
+};
+
 /// The shell: makes a complete audio plugin of an effect, which knows nothing of it. It creates the
 /// effect behind its entry point, shares its processing lock with it, wires its parameters and its
 /// MIDI listener, and keeps the state of both.
@@ -26,7 +32,10 @@ public:
     virtual void Initialize(const MString& productName, const MString& makerName,
                             MPluginCall entryPoint, int editorWidth, int editorHeight);
 
+    /// A state that cannot be read leaves the old one.
     void Store(const MStorageDescriptor& storage) override;
+    /// The part of the effect and the standard settings; under the settings lock, and for a load
+    /// under the processing lock too.
     void StoreSettings(const MStorageDescriptor& storage) override;
 
     void UpdateEffect() override;
@@ -48,8 +57,11 @@ public:
     void SetMaxLFOBlockSize(int samples) noexcept;
     int GetMaxLFOBlockSize() const noexcept { return maxLFOBlockSize.load(); }
 
-    /// Under the processing lock.
+    /// Under the processing lock, but for what takes none.
     MIDIControllers& GetControllers() noexcept { return controllers; }
+    MProcessingContext& GetContext() noexcept { return context; }
+    /// Drops the temporary adapters. Not on the audio thread.
+    void RefreshParameterList();
     MAudioEffectPlugin* GetEffect() const noexcept;
 
 protected:
@@ -59,7 +71,7 @@ protected:
     void InitEffect() override;
     void InitDone() override;
 
-    /// All of the state, in its order.
+    /// All of the state, in its order. Under the locks of StoreSettings.
     virtual void StoreState(const MStorageDescriptor& storage);
     /// What the shell keeps itself, the same for every effect.
     virtual void StoreStandardSettings(const MStorageDescriptor& storage);
@@ -69,11 +81,14 @@ private:
     void WireEffect();
     void PrepareForProcessing(int samples);
     void LoadChannelMode(MXMLItem& item);
+    /// Surround needs more than two channels.
+    void LimitChannelMode();
     void Load(const MStorageDescriptor& storage);
 
     std::unique_ptr<MAudioEffectPluginHost> host;
     MParameterList parameters;
     MIDIControllers controllers;
+    MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
-    std::int32_t effectMaxBlock = 0; ///< samples
+    std::int32_t effectMaxBlock = 0; ///< samples, as of InitProcessing
 };

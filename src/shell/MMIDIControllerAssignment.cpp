@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "foundation/xml/MXMLItem.h"
 #include "host/MAudioPlugin.h"
@@ -53,7 +54,8 @@ void MMIDIControllerAssignment::Load(MXMLItem& item, const MAudioPlugin& plugin)
     target.range = ReadShare(item, "Range", "1");
     channel = ReadInt(item, "Channel", "0", 16);
     controller = ReadInt(item, "Controller", "1", PitchBend);
-    target.mode = static_cast<MTargetRange::Mode>(ReadInt(item, "FullRange", "2", 4));
+    target.mode = static_cast<MTargetRange::Mode>(
+        ReadInt(item, "FullRange", "2", std::numeric_limits<std::int32_t>::max()));
     target.isInverted = item.GetAttribute("Invert", "0").ToInteger() != 0;
 }
 

@@ -34,13 +34,13 @@ void MQuillfernAudioEffectPlugin::StoreState(const MStorageDescriptor& storage)
 
 std::unique_ptr<MAudioPlugin> CreateAudioPlugin() noexcept
 {
-    return MGuarded("CreateAudioPlugin", std::unique_ptr<MAudioPlugin>(),
-                    []
-                    {
-                        auto plugin = std::make_unique<MQuillfernAudioEffectPlugin>();
-                        plugin->Initialize("Tonvale", "Quillfern",
-                                           &TonvaleAudioEffectPluginInterface, EditorWidth,
-                                           EditorHeight);
-                        return std::unique_ptr<MAudioPlugin>(std::move(plugin));
-                    });
+    return MGuarded(
+        "MAudioEffectPluginToAudioPluginAdapter::Initialize", std::unique_ptr<MAudioPlugin>(),
+        []
+        {
+            auto plugin = std::make_unique<MQuillfernAudioEffectPlugin>();
+            plugin->Initialize("Tonvale", "Quillfern", &TonvaleAudioEffectPluginInterface,
+                               EditorWidth, EditorHeight);
+            return std::unique_ptr<MAudioPlugin>(std::move(plugin));
+        });
 }
