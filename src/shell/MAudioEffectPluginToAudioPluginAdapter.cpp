@@ -165,7 +165,8 @@ void MAudioEffectPluginToAudioPluginAdapter::Process(float* const* inputs, float
              [&]
              {
                  PrepareForProcessing(samples);
-                 GetEffect()->Process(&context, inputs, outputs, samples);
+                 if (MAudioEffectPlugin* const effect = GetEffect())
+                     effect->Process(&context, inputs, outputs, samples);
                  return 0;
              });
 }
@@ -227,6 +228,7 @@ void MAudioEffectPluginToAudioPluginAdapter::OnCustomParameterChanged(MAutomatio
 void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quarters, int channel,
                                                          int note, double velocity, bool on)
 {
+    const MLockGuard guard(GetProcessingLock());
     MMIDIProcessor::ProcessNote(offset, quarters, channel, note, velocity, on);
     if (on)
         controllers.OnNote(channel, note, GetPitch());
@@ -235,6 +237,7 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quar
 void MAudioEffectPluginToAudioPluginAdapter::ProcessPressure(int offset, double quarters,
                                                              int channel, int note, double value)
 {
+    const MLockGuard guard(GetProcessingLock());
     MMIDIProcessor::ProcessPressure(offset, quarters, channel, note, value);
     controllers.OnSource(channel, MMIDIControllerAssignment::Pressure, 2.0 * value - 1.0);
 }
@@ -242,6 +245,7 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessPressure(int offset, double 
 void MAudioEffectPluginToAudioPluginAdapter::ProcessPitchWheel(int offset, double quarters,
                                                                int channel, double value)
 {
+    const MLockGuard guard(GetProcessingLock());
     MMIDIProcessor::ProcessPitchWheel(offset, quarters, channel, value);
     controllers.OnSource(channel, MMIDIControllerAssignment::PitchBend, value);
 }
@@ -250,6 +254,7 @@ bool MAudioEffectPluginToAudioPluginAdapter::ProcessMIDIController(int offset, d
                                                                    int channel, int number,
                                                                    double value)
 {
+    const MLockGuard guard(GetProcessingLock());
     const bool isTaken =
         MMIDIProcessor::ProcessMIDIController(offset, quarters, channel, number, value);
     controllers.OnSource(channel, number, 2.0 * value - 1.0);
@@ -346,12 +351,9 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreSettings(const MStorageDescrip
 {
     MAudioEffectPlugin* const effect = GetEffect();
     if (storage.storing)
-    {
         storage.item.Clear();
-        effect->Store(storage.item);
-    }
-    else
-        effect->Load(storage.item);
+    if (effect != nullptr)
+        storage.storing ? effect->Store(storage.item) : effect->Load(storage.item);
     StoreStandardSettings(storage);
 }
 

@@ -43,7 +43,8 @@ public:
     int GetLatency() override;
     int GetTail() override;
 
-    // MIDI: the listeners first, then the shell's own assignments.
+    // MIDI: the listeners first, then the shell's own assignments. Takes the processing lock, as
+    // events come before their block does; who must not wait keeps them while IsSuspended.
     void ProcessNote(int offset, double time, int channel, int note, double velocity,
                      bool on) override;
     void ProcessPressure(int offset, double time, int channel, int note, double value) override;

@@ -10,8 +10,8 @@ class MAudioPlugin;
 class MXMLItem;
 
 /// What MIDI moves in a plugin: sixteen assignments of controllers and four of notes.
-/// Events come on the audio thread; whoever edits or loads holds the processing lock. "Learn" takes
-/// the last source from a ring that neither side waits for.
+/// Events, edits and loads come under the processing lock. "Learn" takes the last source from a
+/// ring that neither side waits for.
 class MIDIControllers
 {
 public:

@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include "tests/CountedAllocations.h"
+#include "tests/shell/PluginUnderTest.h"
+
+namespace
+{
+
+/// A controller for each parameter: the four values of the shape rebuild it.
+void Assign(PluginUnderTest& plugin)
+{
+    MIDIControllers& controllers = plugin->GetControllers();
+    for (std::size_t i = 0; i < MIDIControllers::AssignmentCount; ++i)
+    {
+        MMIDIControllerAssignment& row = controllers.assignments[i];
+        row.isEnabled = true;
+        row.parameterIndex = static_cast<int>(i) % 12;
+        row.controller = static_cast<int>(20 + i);
+    }
+    controllers.assignments[14].controller = MMIDIControllerAssignment::Pressure;
+    controllers.assignments[15].controller = MMIDIControllerAssignment::PitchBend;
+    controllers.noteControllers[0].isEnabled = true;
+    controllers.noteControllers[0].parameterIndex = 7;
+}
+
+void PlayAll(PluginUnderTest& plugin, int blocks)
+{
+    for (int block = 0; block < blocks; ++block)
+    {
+        plugin.Send({0x90, block % 128, 100});
+        plugin.Send({0x80, block % 128, 0});
+        plugin.Send({0xB0, 20 + block % 14, block * 5 % 128});
+        plugin.Send({0xB0, block % 5 == 0 ? 123 : 64, block % 128}); // sustain, all notes off
+        plugin.Send({0xD0, block % 128, 0});
+        plugin.Send({0xE0, 0, block % 128});
+        for (int index = 0; index < 8; ++index)
+            plugin->SetParameter(index, (block + index) % 10 * 0.1, index % 2 == 0);
+        plugin->SetParameter(8 + block % 4, block % 7 * 0.15, false);
+        plugin->SetBypassed(block % 50 == 49);
+        plugin.Play(block % 2 == 0 ? 1000 : 64); // with and without interpolation
+    }
+}
+
+TEST(AudioPluginAllocations, NoneOnTheAudioThread)
+{
+    for (const int factor : {1, 4})
+        for (const MChannelMode mode :
+             {MChannelMode::LeftRight, MChannelMode::MonoStereo, MChannelMode::Left})
+        {
+            PluginUnderTest plugin;
+            Assign(plugin);
+            plugin->SetUpsampling(factor, true);
+            plugin->SetChannelMode(mode);
+            PlayAll(plugin, 8);
+            const int blocks = factor == 1 ? 1000 : 200;
+            EXPECT_EQ(AllocationsOf([&] { PlayAll(plugin, blocks); }), 0)
+                << factor << ", mode " << static_cast<int>(mode);
+        }
+}
+
+} // namespace
