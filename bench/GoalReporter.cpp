@@ -21,6 +21,14 @@ int NameWidth(const Range& rows, ToName toName)
     return static_cast<int>(width) + 2;
 }
 
+/// Of the processor, unless the benchmark takes the time of a part by itself.
+double BlockSeconds(const benchmark::BenchmarkReporter::Run& run)
+{
+    const bool isManual = !run.run_name.time_type.empty();
+    return (isManual ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime()) /
+           benchmark::GetTimeUnitMultiplier(run.time_unit);
+}
+
 } // namespace
 
 bool GoalReporter::ReportContext(const Context& context)
@@ -42,8 +50,7 @@ void GoalReporter::ReportRuns(const std::vector<Run>& runs)
         const Place place{run.family_index, run.per_family_instance_index};
         results[place] = {
             .name = run.run_name.str(),
-            .blockNs = run.GetAdjustedCPUTime() * NsPerSecond /
-                       benchmark::GetTimeUnitMultiplier(run.time_unit),
+            .blockNs = BlockSeconds(run) * NsPerSecond,
             .itemsPerSecond = items == run.counters.end() ? 0.0 : items->second.value,
             .error = run.error_occurred ? run.error_message : std::string(),
             .counters = {},
