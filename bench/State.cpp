@@ -1,6 +1,7 @@
 // How long blocks have to wait, or are silent, while a state is stored or loaded.
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -98,13 +99,20 @@ void RunState(benchmark::State& state, bool isStoring, bool isWhole)
     MXMLItem item("settings");
     shell.Store({.storing = true, .item = item});
     shell.TakeLongest();
+    std::array<double, 5> times{};
     for ([[maybe_unused]] const auto round : state)
     {
-        const Clock::time_point start = Clock::now();
-        shell.Store({.storing = isStoring, .item = item});
-        const double whole = SecondsSince(start);
-        const double held = shell.TakeLongest();
-        state.SetIterationTime(isWhole ? whole : held);
+        for (double& time : times)
+        {
+            const Clock::time_point start = Clock::now();
+            shell.Store({.storing = isStoring, .item = item});
+            const double whole = SecondsSince(start);
+            const double held = shell.TakeLongest();
+            time = isWhole ? whole : held;
+        }
+        // The middle one: a thread that has to wait for the processor holds its lock meanwhile.
+        std::ranges::nth_element(times, times.begin() + times.size() / 2);
+        state.SetIterationTime(times[times.size() / 2]);
     }
 }
 
@@ -113,7 +121,7 @@ void RegisterState(const char* name, bool isStoring, bool isWhole)
     benchmark::RegisterBenchmark(name, RunState, isStoring, isWhole)
         ->Arg(0)
         ->Arg(2000)
-        ->Iterations(300)
+        ->Iterations(4)
         ->UseManualTime();
 }
 
