@@ -335,7 +335,7 @@ void MAudioEffectPluginToAudioPluginAdapter::LoadChannelMode(MXMLItem& item)
     {
         MChannelMode mode = GetChannelMode();
         double number = 0.0;
-        const MString text = item.GetAttribute();
+        const MString& text = item.GetAttribute();
         if (MChannelModeInfo::Find(text, mode))
             channelMode = mode;
         else if (text.ReadDouble(number) && number >= 0.0 && number < MChannelModeInfo::Count)

@@ -45,11 +45,11 @@ public:
 
     // MIDI: the listeners first, then the shell's own assignments. Takes the processing lock, as
     // events come before their block does; who must not wait keeps them while IsSuspended.
-    void ProcessNote(int offset, double time, int channel, int note, double velocity,
+    void ProcessNote(int offset, double quarters, int channel, int note, double velocity,
                      bool on) override;
-    void ProcessPressure(int offset, double time, int channel, int note, double value) override;
-    void ProcessPitchWheel(int offset, double time, int channel, double value) override;
-    bool ProcessMIDIController(int offset, double time, int channel, int number,
+    void ProcessPressure(int offset, double quarters, int channel, int note, double value) override;
+    void ProcessPitchWheel(int offset, double quarters, int channel, double value) override;
+    bool ProcessMIDIController(int offset, double quarters, int channel, int number,
                                double value) override;
 
     void OnCustomParameterChanged(MAutomationAdapter& adapter) override;
