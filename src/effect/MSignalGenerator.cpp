@@ -129,7 +129,8 @@ void MSignalGenerator::Normalise() noexcept
 
 MSignalGeneratorState MSignalGenerator::GetState() const
 {
-    return {.settings = *this, .operations = Operations};
+    return {.settings = static_cast<const MSignalGeneratorSettings&>(*this),
+            .operations = static_cast<const MSignalGeneratorOperationsSettings&>(Operations)};
 }
 
 void MSignalGenerator::Store(MXMLItem& item) const

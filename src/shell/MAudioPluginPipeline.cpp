@@ -161,6 +161,7 @@ void MAudioPluginPipeline::ProcessAudio(const float* const* inputs, float* const
     if (IsSuspended())
     {
         ZeroAll(outputs, samples);
+        ++statistics.suspendedBlocks;
         return;
     }
     MGuarded("MAudioPlugin::ProcessAudio", 0,
@@ -321,11 +322,14 @@ void MAudioPluginPipeline::ProcessSubBlocks(Block& block)
     int longestPiece = std::max(1, subBlockSize);
     ParameterInterpolation& lines = GetInterpolation();
     if (interpolationBlockSize < block.samples && lines.Prepare(block.samples))
+    {
         longestPiece = std::min(longestPiece, std::max(1, interpolationBlockSize));
+        ++statistics.interpolatedBlocks;
+    }
     if (longestPiece < block.samples)
         ProcessPieces(block, longestPiece);
     else
-        Process(block.inputs.data(), block.outputs.data(), block.samples);
+        ProcessPiece(block, block.samples);
     lines.Finish();
     ProcessAround(block);
     TransformBuses(block, &ChannelModeTransform::Back);
@@ -353,7 +357,7 @@ void MAudioPluginPipeline::ProcessPieces(Block block, int longestPiece)
     {
         const int n = std::min(pieceSamples, remaining);
         time.position = quarters;
-        Process(block.inputs.data(), block.outputs.data(), n);
+        ProcessPiece(block, n);
         remaining -= n;
         if (remaining == 0)
             break;
@@ -364,6 +368,15 @@ void MAudioPluginPipeline::ProcessPieces(Block block, int longestPiece)
         for (float*& output : block.outputs)
             output = output != nullptr ? output + n : nullptr;
     }
+}
+
+void MAudioPluginPipeline::ProcessPiece(const Block& block, int samples)
+{
+    Statistics& s = statistics;
+    s.shortestSubBlock = s.subBlocks == 0 ? samples : std::min(s.shortestSubBlock, samples);
+    s.longestSubBlock = std::max(s.longestSubBlock, samples);
+    ++s.subBlocks;
+    Process(block.inputs.data(), block.outputs.data(), samples);
 }
 
 void MAudioPluginPipeline::ProcessAround(const Block& block)

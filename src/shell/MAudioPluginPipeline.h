@@ -22,6 +22,16 @@
 class MAudioPluginPipeline : public MAudioPlugin
 {
 public:
+    /// What became of the blocks so far. For the thread that has them made, between two of them.
+    struct Statistics
+    {
+        std::int64_t suspendedBlocks = 0;    ///< silent, as processing was suspended
+        std::int64_t interpolatedBlocks = 0; ///< in which automation moved a parameter
+        std::int64_t subBlocks = 0;          ///< that the effect made
+        int shortestSubBlock = 0;            ///< samples at the effective rate
+        int longestSubBlock = 0;
+    };
+
     void InitProcessing() override;
     void ProcessAudio(const float* const* inputs, float* const* outputs, int samples,
                       bool replacing) noexcept override;
@@ -39,6 +49,8 @@ public:
     bool IsHighQualityUpsampling() const noexcept { return highQualityUpsampling; }
     /// @p factor is limited to 1 to 16. Prepares anew; not on the audio thread.
     void SetUpsampling(int factor, bool isHighQuality);
+
+    const Statistics& GetStatistics() const noexcept { return statistics; }
 
     /// Whether the smallest possible offset keeps inputs from denormal numbers; for all plugins of
     /// the process, on unless told.
@@ -111,6 +123,8 @@ private:
     /// The rest of the road, at the effective rate.
     void ProcessSubBlocks(Block& block);
     void ProcessPieces(Block block, int longestPiece);
+    /// One sub-block, which is counted.
+    void ProcessPiece(const Block& block, int samples);
     void TransformBuses(Block& block, ChannelModeTransform::Operation operation);
     /// The channels that the effect does not get.
     void ProcessAround(const Block& block);
@@ -130,6 +144,7 @@ private:
     }
 
     std::array<Channel, MaxChannels> channels;
+    Statistics statistics;
     Block hostBlock; ///< under way; stays, as most of its pointers are null for good
     // Of the layout in force.
     int usedInputBuses = 0; ///< at least one, which is silent if the host has none

@@ -235,11 +235,18 @@ TEST_F(RenderPlugin, KeepsItsSettingsInTheStateUnlessToldOtherwise)
 TEST_F(RenderPlugin, CountsItsBlocks)
 {
     Render({"--block", "1000", "--stats"});
-    EXPECT_TRUE(Reports("\nBlocks: 24 of 1000 samples\nSuspended blocks: 0\nLatency: 0 samples, "
-                        "0.000 ms\nUpsampling: 1, to 48000 Hz\n"))
+    EXPECT_TRUE(
+        Reports("\nBlocks: 24 of 1000 samples\nSub-blocks: 24 of 1000 samples\nInterpolated "
+                "blocks: 0\nSuspended blocks: 0\nLatency: 0 samples, 0.000 ms\nUpsampling: "
+                "1, to 48000 Hz\n"))
         << report;
     Render({"--block", "1000", "--stats", "--upsampling", "16"}); // 384 samples more
-    EXPECT_TRUE(Reports("\nBlocks: 25 of 384 to 1000 samples\n")) << report;
+    EXPECT_TRUE(Reports("\nBlocks: 25 of 384 to 1000 samples\nSub-blocks: 25 of 6144 to 16000 "
+                        "samples\n"))
+        << report;
+    Render({"--block", "1000", "--stats", "--automate", "Wet:0.1=0.5"}); // one block in four pieces
+    EXPECT_TRUE(Reports("\nSub-blocks: 27 of 250 to 1000 samples\nInterpolated blocks: 1\n"))
+        << report;
 }
 
 } // namespace

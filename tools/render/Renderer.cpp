@@ -236,7 +236,7 @@ void Renderer::ProcessBlock(SoundBlocks& blocks, int frames)
     using Clock = std::chrono::steady_clock;
     if (input)
         input->Read(blocks.GetInputs(), frames);
-    statistics.Count(runner.GetPlugin(), frames);
+    statistics.Count(frames);
     const auto start = Clock::now();
     blocks.Process(runner, frames);
     processingSeconds += std::chrono::duration<double>(Clock::now() - start).count();

@@ -2,26 +2,39 @@
 
 #include <algorithm>
 #include <ostream>
+#include <string>
 
 #include "shell/MAudioPluginPipeline.h"
 #include "tools/render/Text.h"
 
-void RunStatistics::Count(const MAudioPluginPipeline& plugin, int samples) noexcept
+namespace
+{
+
+std::string SizeRange(int shortest, int longest)
+{
+    std::string range = std::to_string(shortest);
+    if (shortest < longest)
+        range += " to " + std::to_string(longest);
+    return range + (longest == 1 ? " sample" : " samples");
+}
+
+} // namespace
+
+void RunStatistics::Count(int samples) noexcept
 {
     shortest = blocks == 0 ? samples : std::min(shortest, samples);
     longest = std::max(longest, samples);
     ++blocks;
-    if (plugin.IsSuspended())
-        ++suspendedBlocks;
 }
 
 void RunStatistics::Print(std::ostream& stream, const MAudioPluginPipeline& plugin) const
 {
-    stream << "Blocks: " << blocks << " of " << shortest;
-    if (shortest < longest)
-        stream << " to " << longest;
-    stream << (longest == 1 ? " sample\n" : " samples\n");
-    stream << "Suspended blocks: " << suspendedBlocks << '\n';
+    const MAudioPluginPipeline::Statistics& made = plugin.GetStatistics();
+    stream << "Blocks: " << blocks << " of " << SizeRange(shortest, longest) << '\n';
+    stream << "Sub-blocks: " << made.subBlocks << " of "
+           << SizeRange(made.shortestSubBlock, made.longestSubBlock) << '\n';
+    stream << "Interpolated blocks: " << made.interpolatedBlocks << '\n';
+    stream << "Suspended blocks: " << made.suspendedBlocks << '\n';
 
     const int latency = plugin.GetEffectiveLatency();
     const int factor = plugin.GetUpsamplingFactor();
