@@ -18,10 +18,11 @@
 #include "tools/render/Text.h"
 #include "tools/render/WavWriter.h"
 
-Renderer::Renderer(const RenderOptions& renderOptions) : options(renderOptions)
+Renderer::Renderer(const RenderOptions& renderOptions)
+    : options(renderOptions),
+      rate(renderOptions.rate.value_or(RenderOptions::DefaultRate))
 {
     const bool isRendering = !options.output.empty();
-    rate = options.rate.value_or(RenderOptions::DefaultRate);
     if (isRendering && options.input)
         OpenInput();
     // A state is read for the channels that there are, all of which play unless it says otherwise.

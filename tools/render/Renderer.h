@@ -51,7 +51,7 @@ private:
     const RenderOptions& options;
     PluginRunner runner;
     std::optional<WavReader> input;
-    int rate = 0; ///< Hz
+    int rate; ///< Hz
     std::int64_t totalFrames = 0;
     HostEvents events;
     std::optional<NoteTable> noteTable; ///< with --midi, if the oscillator is heard
