@@ -1,0 +1,24 @@
+#include "host/MIDIQueue.h"
+
+#include "foundation/threads/MLockGuard.h"
+
+MIDIQueue::MIDIQueue()
+{
+    waiting.reserve(Capacity);
+    taken.reserve(Capacity);
+}
+
+void MIDIQueue::Add(std::int32_t offset, const std::uint8_t* bytes) noexcept
+{
+    const MLockGuard guard(lock);
+    if (waiting.size() < Capacity)
+        waiting.push_back({offset, {bytes[0], bytes[1], bytes[2]}});
+}
+
+const std::vector<MIDIQueue::Message>& MIDIQueue::Take() noexcept
+{
+    taken.clear();
+    const MLockGuard guard(lock);
+    taken.swap(waiting);
+    return taken;
+}
