@@ -8,7 +8,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/Goals.h"
 #include "dsp/kernels/Arithmetic.h"
 #include "dsp/kernels/Cycles.h"
 #include "dsp/kernels/Reference.h"
@@ -69,12 +68,6 @@ void ScalarLoop(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * samples);
 }
 
-std::string NameOf(int factor, int samples, Input input)
-{
-    return "Upsampler/up and down/factor:" + std::to_string(factor) +
-           "/high:1/block:" + std::to_string(samples) + "/busy:" + std::to_string(input);
-}
-
 [[maybe_unused]] const bool isRegistered = []
 {
     benchmark::RegisterBenchmark("Upsampler/scalar loop", &ScalarLoop)
@@ -84,10 +77,6 @@ std::string NameOf(int factor, int samples, Input input)
     benchmark::RegisterBenchmark("Upsampler/up and down", &UpAndDown)
         ->ArgNames({"factor", "high", "block", "busy"})
         ->ArgsProduct({{2, 3, 4, 8, 13, 16}, {0, 1}, {64, 512}, {Silent, Busy}});
-
-    const std::string scalar = "Upsampler/scalar loop/block:512";
-    RegisterGoal({"4x up and down, 512 samples", NameOf(4, 512, Busy), scalar, 4.5});
-    RegisterGoal({"16x up and down, 512 samples", NameOf(16, 512, Busy), scalar, 18.0});
     return true;
 }();
 

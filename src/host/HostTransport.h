@@ -21,11 +21,11 @@ struct HostTime
         double end;
     };
 
-    std::optional<double> position; ///< quarters
-    std::optional<double> tempo;    ///< quarters a minute
-    std::optional<double> barStart; ///< quarters
-    std::optional<Signature> signature;
-    std::optional<Loop> loop; ///< none: the host does not repeat
+    std::optional<double> position = std::nullopt; ///< quarters
+    std::optional<double> tempo = std::nullopt;    ///< quarters a minute
+    std::optional<double> barStart = std::nullopt; ///< quarters
+    std::optional<Signature> signature = std::nullopt;
+    std::optional<Loop> loop = std::nullopt; ///< none: the host does not repeat
     bool isPlaying = false;
 };
 
