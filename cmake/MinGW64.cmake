@@ -19,8 +19,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(CMAKE_C_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
 set(CMAKE_CXX_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
 
-# Programs run where no library of the compiler or zlib is installed.
+# Programs and plugins run where no library of the compiler or zlib is installed.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
 set(ZLIB_USE_STATIC_LIBS ON)
 
 # Debian keeps wine64 out of the search path. The folder of settings is ours, not the user's.

@@ -43,3 +43,25 @@ function(tonvale_tests name)
     # The first program that wine runs waits until wine has set itself up.
     gtest_discover_tests(tonvale-test-${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
+
+# The plugin module of one host standard, Tonvale.so in a folder of the standard's name:
+# tonvale_module(STANDARD SOURCES ... LINK ...). Exports.map, or Exports.def on Windows, beside the
+# sources names all that it exports.
+function(tonvale_module standard)
+    cmake_parse_arguments(MODULE "" "" "SOURCES;LINK" ${ARGN})
+    set(name tonvale-${standard})
+    add_library(${name} MODULE ${MODULE_SOURCES})
+    target_link_libraries(${name} PRIVATE tonvale_options ${MODULE_LINK})
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" OUTPUT_NAME Tonvale LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${standard})
+    if(WIN32)
+        target_sources(${name} PRIVATE Exports.def)
+        return()
+    endif()
+    set(exports ${CMAKE_CURRENT_SOURCE_DIR}/Exports.map)
+    target_link_options(${name} PRIVATE -Wl,--version-script=${exports})
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS ${exports})
+    if(NOT TONVALE_SANITIZERS) # a sanitizer's functions are in the program
+        target_link_options(${name} PRIVATE -Wl,--no-undefined)
+    endif()
+endfunction()

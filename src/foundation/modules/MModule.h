@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "foundation/modules/Export.h"
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MLock.h"
 
@@ -46,4 +47,4 @@ private:
 
 /// Makes the tables that all threads share, before there are such threads: every entry from outside
 /// calls it first, and each time it answers 1. Any thread.
-extern "C" std::int32_t OstrelDLLInitialize() noexcept;
+extern "C" TONVALE_EXPORT std::int32_t OstrelDLLInitialize() noexcept;
