@@ -12,8 +12,7 @@
 class MModule
 {
 public:
-    /// Counts one user of the module, an adapter or an effect, as long as it lives. With the last
-    /// one all that has threads is taken down.
+    /// Counts one user of the module, an adapter or an effect, as long as it lives.
     class User
     {
     public:
@@ -29,6 +28,13 @@ public:
     const MString& GetMaker() const noexcept { return maker; } ///< "Quillfern"
     /// Four bytes, the first of them topmost: 5.03.0.0.
     std::uint32_t GetVersion() const noexcept { return version; }
+    /// The file of the library or program, with its whole path and without symbolic links; empty if
+    /// the system cannot tell.
+    const MString& GetPath() const noexcept { return path; }
+    /// The folder of this product's data. Created unless it is there; where that fails, who writes
+    /// to it will notice. What an earlier version kept elsewhere is moved there first. Any thread.
+    /// @throws MException (0) as systempaths::Get does
+    MString GetDataPath() const;
     /// "VST2", "VST3", "Render", or empty; as the last adapter set it. Any thread.
     MString GetHostName() const;
     void SetHostName(const MString& newHostName);
@@ -39,7 +45,8 @@ private:
 
     MString name = "Tonvale";
     MString maker = "Quillfern";
-    std::uint32_t version = 0x05030000;
+    MString path;
+    std::uint32_t version;
     mutable MLock lock; ///< of hostName
     MString hostName;
     std::atomic<int> users = 0;
