@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
-#include "foundation/streams/MMemoryStream.h"
 #include "foundation/threads/MException.h"
 #include "foundation/xml/MXMLItemIterator.h"
 
@@ -31,17 +31,39 @@ void WriteWord(MStream& stream, std::size_t word)
 }
 
 /// In pieces, so that no more memory is taken than the source has bytes, give or take one piece.
-std::vector<std::byte> ReadBytes(MStream& stream, std::size_t count)
+MMemoryStream ReadBytes(MStream& stream, std::size_t count)
 {
     constexpr std::size_t PieceBytes = 1 << 16;
-    std::vector<std::byte> bytes;
-    while (bytes.size() < count)
+    std::vector<std::byte> buffer(std::min(PieceBytes, count));
+    MMemoryStream bytes;
+    while (count > 0)
     {
-        const std::size_t start = bytes.size();
-        bytes.resize(start + std::min(PieceBytes, count - start));
-        ReadExactly(stream, std::span(bytes).subspan(start));
+        const std::span piece = std::span(buffer).first(std::min(buffer.size(), count));
+        ReadExactly(stream, piece);
+        bytes.Write(piece);
+        count -= piece.size();
     }
+    bytes.Seek(0, MStream::FromStart);
     return bytes;
+}
+
+[[noreturn]] void FailAtEnd()
+{
+    throw MException("Could not read required data from stream.", MException::BadData);
+}
+
+/// What stands before the tree.
+struct Header
+{
+    std::uint32_t treeBytes;
+    std::uint32_t attachmentBytes;
+};
+
+Header ReadHeader(MStream& stream)
+{
+    ReadWord(stream);
+    const std::uint32_t treeBytes = ReadWord(stream);
+    return {treeBytes, ReadWord(stream)};
 }
 
 /// -1 for what is no number of bytes.
@@ -56,13 +78,15 @@ MResourcePack::MResourcePack() : tree("resources") {}
 
 void MResourcePack::AddFile(const MString& name, std::span<const std::byte> bytes)
 {
-    if (bytes.size() > static_cast<std::size_t>(limits::AttachmentBytes) - attachment.size())
+    if (bytes.size() > static_cast<std::size_t>(limits::AttachmentBytes) - GetAttachment().size())
         throw MException("Resource pack is too long.", MException::BadArgument);
     MXMLItem& file = tree.AddSubItem("file");
     file.SetAttribute("name", name);
-    file.SetAttribute("offset", static_cast<int>(attachment.size()));
+    file.SetAttribute("offset", static_cast<int>(GetAttachment().size()));
     file.SetAttribute("size", static_cast<int>(bytes.size()));
-    attachment.insert(attachment.end(), bytes.begin(), bytes.end());
+    attachment.Seek(0, MStream::FromEnd);
+    attachment.Write(bytes);
+    attachment.Seek(0, MStream::FromStart);
 }
 
 std::span<const std::byte> MResourcePack::FindFile(const MString& name) const
@@ -74,7 +98,7 @@ std::span<const std::byte> MResourcePack::FindFile(const MString& name) const
             continue;
         const std::int64_t offset = ByteCount(file.Current(), "offset");
         const std::int64_t size = ByteCount(file.Current(), "size");
-        const auto available = static_cast<std::int64_t>(attachment.size());
+        const auto available = static_cast<std::int64_t>(GetAttachment().size());
         if (offset < 0 || size < 0 || offset > available || size > available - offset)
             return {};
         return GetAttachment().subspan(static_cast<std::size_t>(offset),
@@ -85,17 +109,27 @@ std::span<const std::byte> MResourcePack::FindFile(const MString& name) const
 
 void MResourcePack::Load(MStream& stream, std::int64_t attachmentLimit)
 {
-    ReadWord(stream);
-    const std::uint32_t treeBytes = ReadWord(stream);
-    const std::uint32_t attachmentBytes = ReadWord(stream);
-    if (attachmentBytes > attachmentLimit)
-        throw MException("Could not read required data from stream.", MException::BadData);
+    const Header header = ReadHeader(stream);
+    if (header.attachmentBytes > attachmentLimit)
+        FailAtEnd();
 
-    const std::vector<std::byte> packedTree = ReadBytes(stream, treeBytes);
-    std::vector<std::byte> newAttachment = ReadBytes(stream, attachmentBytes);
-    MMemoryStream treeStream = MMemoryStream::Refer(packedTree);
-    tree.LoadCompressed(treeStream);
+    MMemoryStream packedTree = ReadBytes(stream, header.treeBytes);
+    MMemoryStream newAttachment = ReadBytes(stream, header.attachmentBytes);
+    tree.LoadCompressed(packedTree);
     attachment = std::move(newAttachment);
+}
+
+void MResourcePack::Refer(std::span<const std::byte> pack)
+{
+    MMemoryStream stream = MMemoryStream::Refer(pack);
+    const Header header = ReadHeader(stream);
+    const std::span<const std::byte> rest = stream.GetData();
+    if (rest.size() < std::uint64_t{header.treeBytes} + header.attachmentBytes)
+        FailAtEnd();
+
+    MMemoryStream packedTree = MMemoryStream::Refer(rest.first(header.treeBytes));
+    tree.LoadCompressed(packedTree);
+    attachment = MMemoryStream::Refer(rest.subspan(header.treeBytes, header.attachmentBytes));
 }
 
 void MResourcePack::Save(MStream& stream) const
@@ -106,7 +140,7 @@ void MResourcePack::Save(MStream& stream) const
 
     WriteWord(stream, 0);
     WriteWord(stream, packedTree.GetData().size());
-    WriteWord(stream, attachment.size());
+    WriteWord(stream, GetAttachment().size());
     stream.Write(packedTree.GetData());
-    stream.Write(attachment);
+    stream.Write(GetAttachment());
 }

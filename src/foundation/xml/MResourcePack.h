@@ -3,12 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "foundation/limits.h"
+#include "foundation/streams/MMemoryStream.h"
 #include "foundation/xml/MXMLItem.h"
-
-class MStream;
 
 /// An item tree with an attachment of bytes, as textures and definitions are shipped. The subitems
 /// "file" of the root tell by "name", "offset" and "size" what lies where in the attachment.
@@ -21,7 +19,7 @@ public:
     MResourcePack();
 
     MXMLItem& GetTree() noexcept { return tree; }
-    std::span<const std::byte> GetAttachment() const noexcept { return attachment; }
+    std::span<const std::byte> GetAttachment() const noexcept { return attachment.GetData(); }
 
     /// Appends a file. @throws MException (2) "Resource pack is too long." beyond
     /// limits::AttachmentBytes.
@@ -34,9 +32,12 @@ public:
     /// refused. @throws MException (256) "Could not read required data from stream." and as
     /// MXMLItem::LoadCompressed does; what has been read then stays, to be discarded.
     void Load(MStream& stream, std::int64_t attachmentLimit = limits::AttachmentBytes);
+    /// The same for @p pack in memory, which has to outlive this object: only the tree is read, the
+    /// attachment stays where it lies.
+    void Refer(std::span<const std::byte> pack);
     void Save(MStream& stream) const;
 
 private:
     MXMLItem tree;
-    std::vector<std::byte> attachment;
+    MMemoryStream attachment; ///< at its start
 };

@@ -1,0 +1,50 @@
+#include <cstdio>
+#include <exception>
+
+#include "foundation/streams/MStdFileStream.h"
+#include "foundation/strings/FileNames.h"
+#include "foundation/threads/MException.h"
+#include "foundation/xml/MResourcePack.h"
+#include "tools/pack/PackFolder.h"
+
+namespace
+{
+
+constexpr int ExitSuccess = 0;
+constexpr int ExitFailure = 2;
+
+int Complain(const char* text) noexcept
+{
+    std::fprintf(stderr, "tonvale-pack: %s\n", text);
+    return ExitFailure;
+}
+
+void Run(const MString& folder, const MString& fileName)
+{
+    MResourcePack pack;
+    PackFolder(pack, folder);
+    MStdFileStream file(fileName, MStdFileStream::Opening::Create);
+    pack.Save(file);
+    file.Close();
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    if (argumentCount != 3)
+        return Complain("usage: tonvale-pack FOLDER FILE");
+    try
+    {
+        Run(FileNameFromBytes(arguments[1]), FileNameFromBytes(arguments[2]));
+        return ExitSuccess;
+    }
+    catch (const MException& failure)
+    {
+        return Complain(failure.text.ToUTF8().c_str());
+    }
+    catch (const std::exception& failure)
+    {
+        return Complain(failure.what());
+    }
+}
