@@ -1,11 +1,15 @@
 #include "foundation/streams/FileSystem.h"
 
+#include <cerrno>
 #include <csignal>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <spawn.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -93,6 +97,45 @@ std::int64_t filesystem::GetFilePosition(std::FILE* file) noexcept
 bool filesystem::TruncateFile(std::FILE* file, std::int64_t size) noexcept
 {
     return ftruncate(fileno(file), size) == 0;
+}
+
+bool filesystem::FlushToDisk(std::FILE* file) noexcept
+{
+    return fsync(fileno(file)) == 0;
+}
+
+void filesystem::FlushFolder(const std::filesystem::path& folder) noexcept
+{
+    // The files are whole either way, and some file systems know no such request.
+    const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0)
+        return;
+    fsync(handle);
+    close(handle);
+}
+
+files::Stamp filesystem::GetStamp(const std::filesystem::path& path) noexcept
+{
+    constexpr std::int64_t NanosecondsASecond = 1'000'000'000;
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0)
+        return {};
+    return {.modified = status.st_mtim.tv_sec * NanosecondsASecond + status.st_mtim.tv_nsec,
+            .size = status.st_size,
+            .id = status.st_ino};
+}
+
+filesystem::LockResult filesystem::TryLockFile(std::FILE* file) noexcept
+{
+    // Belongs to this opening of the file, unlike the locks of fcntl, which a process has once.
+    if (flock(fileno(file), LOCK_EX | LOCK_NB) == 0)
+        return LockResult::Taken;
+    return errno == EWOULDBLOCK || errno == EINTR ? LockResult::Busy : LockResult::Failed;
+}
+
+void filesystem::UnlockFile(std::FILE* file) noexcept
+{
+    flock(fileno(file), LOCK_UN);
 }
 
 bool filesystem::OpenOnDesktop(const MString& target)

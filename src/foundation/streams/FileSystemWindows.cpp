@@ -11,6 +11,16 @@
 
 #include "foundation/streams/MConsole.h"
 
+namespace
+{
+
+HANDLE HandleOf(std::FILE* file) noexcept
+{
+    return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+}
+
+} // namespace
+
 // Names are UTF-16, unpaired surrogates included, so no conversion can lose anything.
 
 std::filesystem::path filesystem::ToPath(const MString& name)
@@ -53,6 +63,43 @@ std::int64_t filesystem::GetFilePosition(std::FILE* file) noexcept
 bool filesystem::TruncateFile(std::FILE* file, std::int64_t size) noexcept
 {
     return _chsize_s(_fileno(file), size) == 0;
+}
+
+bool filesystem::FlushToDisk(std::FILE* file) noexcept
+{
+    return _commit(_fileno(file)) == 0;
+}
+
+void filesystem::FlushFolder(const std::filesystem::path& /*folder*/) noexcept
+{
+    // The journal of the file system keeps the order of renames.
+}
+
+files::Stamp filesystem::GetStamp(const std::filesystem::path& path) noexcept
+{
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == 0)
+        return {};
+    const auto join = [](DWORD high, DWORD low)
+    { return static_cast<std::int64_t>(std::uint64_t{high} << 32U | low); };
+    return {.modified =
+                join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime),
+            .size = join(data.nFileSizeHigh, data.nFileSizeLow)};
+}
+
+filesystem::LockResult filesystem::TryLockFile(std::FILE* file) noexcept
+{
+    OVERLAPPED place = {};
+    if (LockFileEx(HandleOf(file), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                   &place) != 0)
+        return LockResult::Taken;
+    return GetLastError() == ERROR_LOCK_VIOLATION ? LockResult::Busy : LockResult::Failed;
+}
+
+void filesystem::UnlockFile(std::FILE* file) noexcept
+{
+    OVERLAPPED place = {};
+    UnlockFileEx(HandleOf(file), 0, 1, 0, &place);
 }
 
 bool filesystem::OpenOnDesktop(const MString& target)

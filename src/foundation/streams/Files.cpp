@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
 #include <system_error>
 
 #include "foundation/streams/FileSystem.h"
@@ -52,6 +56,67 @@ bool IsAddress(const MString& target) noexcept
                                });
 }
 
+/// The new contents of a file, beside it until they take its place, or gone with this object.
+class Replacement
+{
+public:
+    explicit Replacement(const std::filesystem::path& replaced) : target(replaced), path(replaced)
+    {
+        // Those of a crash lie about and are in nobody's way.
+        std::random_device random;
+        path += std::string(".").append(std::to_string(random())).append(".tmp");
+        file.reset(filesystem::OpenFile(filesystem::FromPath(path), "wb"));
+    }
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+    ~Replacement()
+    {
+        std::error_code ignored;
+        file.reset();
+        std::filesystem::remove(path, ignored); // none, once it has the other name
+    }
+
+    bool IsOpen() const noexcept { return file != nullptr; }
+    bool Write(std::span<const std::byte> contents)
+    {
+        const bool isWritten =
+            std::fwrite(contents.data(), 1, contents.size(), file.get()) == contents.size() &&
+            std::fflush(file.get()) == 0 && filesystem::FlushToDisk(file.get());
+        return std::fclose(file.release()) == 0 && isWritten;
+    }
+    bool TakePlace() const
+    {
+        std::error_code failure;
+        const std::filesystem::file_status old = std::filesystem::status(target, failure);
+        if (std::filesystem::exists(old))
+            std::filesystem::permissions(path, old.permissions(), failure);
+        std::filesystem::rename(path, target, failure);
+        if (!failure)
+            filesystem::FlushFolder(target.parent_path());
+        return !failure;
+    }
+
+private:
+    struct Closing
+    {
+        void operator()(std::FILE* closed) const noexcept { std::fclose(closed); }
+    };
+
+    std::filesystem::path target;
+    std::filesystem::path path;
+    std::unique_ptr<std::FILE, Closing> file;
+};
+
+/// A file in whose place another one may come: the folder's rights alone would allow too much.
+bool IsOpenToChange(const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored))
+        return true;
+    std::FILE* const file = filesystem::OpenFile(filesystem::FromPath(path), "r+b");
+    return file != nullptr && std::fclose(file) == 0;
+}
+
 } // namespace
 
 bool files::FileExists(const MString& name)
@@ -69,6 +134,34 @@ void files::CreatePath(const MString& path)
     std::filesystem::create_directories(folder, ignored);
     if (!IsFolder(folder))
         Fail("Could not create path \"{0}\".", path);
+}
+
+files::Stamp files::GetStamp(const MString& name) noexcept
+{
+    return filesystem::GetStamp(filesystem::ToPath(name));
+}
+
+void files::ReplaceContents(const MString& name, std::span<const std::byte> contents)
+{
+    std::error_code failure;
+    std::filesystem::path target = filesystem::ToPath(name);
+    if (std::filesystem::is_symlink(target, failure))
+        target = std::filesystem::weakly_canonical(target, failure);
+    const auto need = [&name](bool isPossible)
+    {
+        if (!isPossible)
+            throw MException(
+                MStringFormatter("File \"{0}\" could not be created. Make sure there is no "
+                                 "write-protected file already existing.")
+                    .Add(name)
+                    .Result(),
+                MException::SetUpFailure);
+    };
+    need(IsOpenToChange(target));
+    Replacement replacement(target);
+    need(replacement.IsOpen());
+    if (!replacement.Write(contents) || !replacement.TakePlace())
+        Fail("Error writing to file \"{0}\". Probably disk full.", name);
 }
 
 void files::RenameFile(const MString& name, const MString& newName)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "foundation/strings/MString.h"
@@ -15,10 +18,30 @@ struct Entry
     bool isFolder;
 };
 
+/// Tells the contents of a file from those before: another one after each ReplaceContents, and as
+/// far as the clock of the file system goes after each write.
+struct Stamp
+{
+    std::int64_t modified = 0; ///< in units of the system
+    std::int64_t size = -1;    ///< bytes; -1 if there is no such file
+    std::uint64_t id = 0;      ///< of the file, whatever its name; 0 where files have none
+
+    bool operator==(const Stamp&) const = default;
+};
+
 /// Whether there is something of this name that is no folder.
 bool FileExists(const MString& name);
 /// Makes a folder and all those that lead to it; one that is there already is welcome.
 void CreatePath(const MString& path);
+/// One look at the folder, the file stays closed.
+Stamp GetStamp(const MString& name) noexcept;
+/// Makes @p contents the whole of a file, new or old, or leaves it as it is: they go to a new file
+/// beside it, on to the disk, and then in its place. Neither a full disk nor a crash leaves a part
+/// of them under this name. Rights stay; a link stays, and what it points to is replaced.
+/// @throws MException (257) "File \"{0}\" could not be created. Make sure there is no
+/// write-protected file already existing." or (0) "Error writing to file \"{0}\". Probably disk
+/// full."
+void ReplaceContents(const MString& name, std::span<const std::byte> contents);
 /// Also to another folder; a file that stands in the place of @p newName goes.
 void RenameFile(const MString& name, const MString& newName);
 /// No folders.

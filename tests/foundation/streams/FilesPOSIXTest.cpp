@@ -10,6 +10,7 @@
 
 #include "foundation/streams/Files.h"
 #include "foundation/streams/MStdFileStream.h"
+#include "tests/FileSizeLimit.h"
 #include "tests/TemporaryFolder.h"
 #include "tests/foundation/streams/StreamTest.h"
 
@@ -118,6 +119,53 @@ TEST(MStdFileStream, WhatIsNoFileCannotBeReadOrSought)
     Bytes buffer(10);
     EXPECT_EQ(Thrown([&] { memory.Read(buffer); }),
               "Error reading from file \"/proc/self/mem\". (0)");
+}
+
+TEST(Files, AReplacedFileKeepsItsRightsAndALinkItsPlace)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "far");
+    folder.Write("far/file", SomeBytes);
+    chmod((folder / "far/file").c_str(), 0640);
+    std::filesystem::create_symlink("far/file", folder / "link");
+    files::ReplaceContents(NameOf(folder / "link"), BytesOf("new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(folder.Read("far/file").size(), 3u);
+    struct stat status = {};
+    ASSERT_EQ(stat((folder / "far/file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+    EXPECT_EQ(folder.List(), "far link");
+}
+
+TEST(Files, AFailedReplacementLeavesTheFileAndNothingElse)
+{
+    const TemporaryFolder folder;
+    const MString name = NameOf(folder / "file");
+    folder.Write("file", SomeBytes);
+    {
+        const FileSizeLimit limit(1000);
+        EXPECT_EQ(Thrown([&] { files::ReplaceContents(name, Bytes(1001)); }),
+                  "Error writing to file \"" + name.ToUTF8() + "\". Probably disk full. (0)");
+        files::ReplaceContents(name, Bytes(1000));
+    }
+    EXPECT_EQ(folder.Read("file").size(), 1000u);
+    EXPECT_EQ(folder.List(), "file");
+
+    // Protected by itself, then by its folder.
+    for (const auto& [folderRights, fileRights] :
+         {std::pair(0777U, 0444U), std::pair(0555U, 0666U)})
+    {
+        chmod(folder.GetPath().c_str(), folderRights);
+        chmod((folder / "file").c_str(), fileRights);
+        const OrdinaryUser user;
+        EXPECT_EQ(Thrown([&] { files::ReplaceContents(name, {}); }),
+                  "File \"" + name.ToUTF8() +
+                      "\" could not be created. Make sure there is no write-protected file "
+                      "already existing. (257)");
+    }
+    chmod(folder.GetPath().c_str(), 0755);
+    EXPECT_EQ(folder.Read("file").size(), 1000u);
+    EXPECT_EQ(folder.List(), "file");
 }
 
 TEST(Files, FindsNamesThatAreNoTextAgain)

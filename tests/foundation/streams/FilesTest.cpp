@@ -18,6 +18,31 @@ public:
     }
 };
 
+TEST(Files, ReplacesTheContentsOfAFile)
+{
+    const Folder folder;
+    const MString name = folder.Name("caf\xC3\xA9");
+    files::Stamp before = files::GetStamp(name);
+    EXPECT_EQ(before.size, -1);
+    for (const std::string text : {"first", "other", "", "longer than all before"})
+    {
+        files::ReplaceContents(name, BytesOf(text));
+        const std::vector<std::uint8_t> read = folder.Read("caf\xC3\xA9");
+        EXPECT_EQ(std::string(read.begin(), read.end()), text);
+        EXPECT_EQ(folder.List(), "caf\xC3\xA9");
+        const files::Stamp after = files::GetStamp(name);
+        EXPECT_NE(after, before) << text;
+        EXPECT_EQ(after, files::GetStamp(name));
+        before = after;
+    }
+    for (const char* const refused : {"", "missing/new"})
+        EXPECT_EQ(Thrown([&] { files::ReplaceContents(folder.Name(refused), {}); }),
+                  "File \"" + folder.Name(refused).ToUTF8() +
+                      "\" could not be created. Make sure there is no write-protected file "
+                      "already existing. (257)");
+    EXPECT_EQ(folder.List(), "caf\xC3\xA9");
+}
+
 TEST(Files, CreatesFindsRenamesAndDeletes)
 {
     const Folder folder;
