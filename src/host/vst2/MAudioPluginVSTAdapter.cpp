@@ -70,6 +70,7 @@ MAudioPluginVSTAdapter::MAudioPluginVSTAdapter(HostCallback hostCallback,
                                                std::unique_ptr<MAudioPlugin> effectPlugin)
     : AudioEffect(hostCallback, 1, effectPlugin->GetParameterCount()),
       plugin(std::move(effectPlugin)),
+      echoes(record.numParams),
       channelsPerBus(plugin->GetChannelsPerBus())
 {
     MModule::Get().SetHostName("VST2");
@@ -155,16 +156,25 @@ void MAudioPluginVSTAdapter::setParameter(std::int32_t index, float value) noexc
     MGuarded("MAudioPluginVSTAdapter::setParameter", 0,
              [&]
              {
+                 if (!HasParameter(index) || !std::isfinite(value) || IgnoresHostParameters())
+                     return 0;
                  plugin->SetParameterFromHostSafely(index, value);
+                 echoes.Note(index, std::clamp(value, 0.0f, 1.0f), GetOwnParameter(index));
                  return 0;
              });
 }
 
 float MAudioPluginVSTAdapter::getParameter(std::int32_t index) noexcept
 {
+    return MGuarded(
+        "MAudioPluginVSTAdapter::getParameter", 0.0f,
+        [&] { return HasParameter(index) ? echoes.Read(index, GetOwnParameter(index)) : 0.0f; });
+}
+
+float MAudioPluginVSTAdapter::GetOwnParameter(int index) const
+{
     // Some hosts keep the values they read as the state, and set them later.
-    return MGuarded("MAudioPluginVSTAdapter::getParameter", 0.0f,
-                    [&] { return static_cast<float>(plugin->GetRestorableParameter(index)); });
+    return static_cast<float>(plugin->GetRestorableParameter(index));
 }
 
 void MAudioPluginVSTAdapter::getProgramName(std::span<char> text) noexcept
