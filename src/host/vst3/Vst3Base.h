@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/Platform.h"
+
 // What every VST3 interface is made of. An interface is a table of functions: the order of its
 // virtual functions is the binary form, and a virtual destructor would shift it. So interfaces have
 // a protected plain one, and only objects behind them one of their own.
@@ -20,12 +22,6 @@ using ParamID = std::uint32_t;
 using String128 = char16_t[128];
 /// Sixteen bytes that name an interface or a class. Operations take a pointer to the first.
 using Uid = std::array<std::uint8_t, 16>;
-
-#ifdef _WIN32
-inline constexpr bool IsWindows = true;
-#else
-inline constexpr bool IsWindows = false;
-#endif
 
 constexpr Result SystemResult(std::uint32_t windows, std::int32_t others) noexcept
 {
