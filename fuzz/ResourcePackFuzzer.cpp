@@ -1,6 +1,7 @@
-// Reads strangers' resource packs. A file that one claims to have lies within its attachment, and
-// a pack that was read can be written and read again.
+// Reads strangers' resource packs. A file that one claims to have lies within its attachment, a
+// pack that was read can be written and read again, and reading in place gives the same.
 
+#include <algorithm>
 #include <cstdlib>
 #include <span>
 
@@ -29,9 +30,10 @@ std::size_t TouchFiles(MResourcePack& pack)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     MResourcePack pack;
+    const std::span<const std::byte> bytes = std::as_bytes(std::span(data, size));
     try
     {
-        MMemoryStream stream = MMemoryStream::Refer(std::as_bytes(std::span(data, size)));
+        MMemoryStream stream = MMemoryStream::Refer(bytes);
         pack.Load(stream, AttachmentLimit);
     }
     catch (const MException&) // refused, as it may be
@@ -39,6 +41,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const std::size_t touched = TouchFiles(pack);
+    MResourcePack inPlace;
+    inPlace.Refer(bytes);
+    if (!std::ranges::equal(inPlace.GetAttachment(), pack.GetAttachment()) ||
+        TouchFiles(inPlace) != touched)
+        std::abort();
     MMemoryStream written;
     pack.Save(written);
     written.Seek(0, MStream::FromStart);

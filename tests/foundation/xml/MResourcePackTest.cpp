@@ -51,6 +51,19 @@ TEST(MResourcePack, KeepsFilesByName)
     EXPECT_EQ(Text(stream.GetData()), "what follows");
 }
 
+TEST(MResourcePack, ReadsFilesInMemoryWhereTheyLie)
+{
+    const std::vector<std::byte> bytes = SmallPack();
+    MResourcePack pack;
+    pack.Refer(bytes);
+    EXPECT_EQ(Text(pack.FindFile("style.xml")), "<style/>");
+    EXPECT_EQ(std::to_address(pack.GetAttachment().end()), bytes.data() + bytes.size());
+
+    pack.AddFile("more", Bytes("more"));
+    EXPECT_EQ(Text(pack.GetAttachment()), "not really<style/>more");
+    EXPECT_EQ(bytes, SmallPack()) << "as it was";
+}
+
 TEST(MResourcePack, HasThreeWordsBeforeTreeAndAttachment)
 {
     const std::vector<std::byte> bytes = SmallPack();
@@ -72,6 +85,7 @@ TEST(MResourcePack, RefusesWhatIsNotWhole)
         MMemoryStream stream(start);
         MResourcePack pack;
         EXPECT_THROW(pack.Load(stream), MException) << length;
+        EXPECT_THROW(pack.Refer(start), MException) << length;
     }
     MMemoryStream stream(whole);
     MResourcePack pack;

@@ -1,0 +1,17 @@
+// A library to be loaded from any folder, which tells what it finds from there.
+
+#include <algorithm>
+
+#include "foundation/modules/MModule.h"
+#include "foundation/modules/MResources.h"
+
+/// Writes the file of this library, a blank and the text of the resource @p name, with a
+/// terminator.
+extern "C" [[gnu::visibility("default")]] void TellResource(const char* name, char* text)
+{
+    for (const char character : MModule::Get().GetPath().ToUTF8() + " ")
+        *text++ = character;
+    MMemoryStream stream = MResources::Open(name);
+    std::ranges::transform(stream.GetData(), text, [](std::byte byte) { return char(byte); });
+    text[stream.GetSize()] = '\0';
+}
