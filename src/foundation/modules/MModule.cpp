@@ -16,14 +16,13 @@ namespace
 constexpr std::uint32_t PackVersion(std::string_view text)
 {
     std::uint32_t packed = 0;
-    std::uint32_t number = 0;
-    int shift = 24;
-    for (const char character : text)
+    for (int place = 0; place < 4; ++place)
     {
-        const bool isPoint = character == '.';
-        number = isPoint ? 0 : 10 * number + static_cast<std::uint32_t>(character - '0');
-        shift -= isPoint ? 8 : 0;
-        packed = (packed & ~(0xFFU << shift)) | number << shift;
+        std::uint32_t number = 0;
+        for (; !text.empty() && text[0] != '.'; text.remove_prefix(1))
+            number = 10 * number + static_cast<std::uint32_t>(text[0] - '0');
+        text.remove_prefix(text.empty() ? 0 : 1);
+        packed = packed << 8U | number;
     }
     return packed;
 }

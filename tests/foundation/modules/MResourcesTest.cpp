@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -63,10 +62,11 @@ TEST(MResourcesThreads, ReadTheInnerPackTogether)
 {
     const DataUnderTest under;
     std::atomic<int> found = 0;
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] { found += Text("locale/de.xml").empty() ? 0 : 1; });
-    threads.clear();
+    {
+        const auto read = [&] { found += Text("locale/de.xml").empty() ? 0 : 1; };
+        const std::jthread threads[] = {std::jthread(read), std::jthread(read), std::jthread(read),
+                                        std::jthread(read)};
+    }
     EXPECT_EQ(found, 4);
 }
 

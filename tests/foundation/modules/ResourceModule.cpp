@@ -1,7 +1,5 @@
 // A library to be loaded from any folder, which tells what it finds from there.
 
-#include <algorithm>
-
 #include "foundation/modules/MModule.h"
 #include "foundation/modules/MResources.h"
 
@@ -11,7 +9,8 @@ extern "C" [[gnu::visibility("default")]] void TellResource(const char* name, ch
 {
     for (const char character : MModule::Get().GetPath().ToUTF8() + " ")
         *text++ = character;
-    MMemoryStream stream = MResources::Open(name);
-    std::ranges::transform(stream.GetData(), text, [](std::byte byte) { return char(byte); });
-    text[stream.GetSize()] = '\0';
+    const MMemoryStream stream = MResources::Open(name);
+    for (const std::byte byte : stream.GetData())
+        *text++ = static_cast<char>(byte);
+    *text = '\0';
 }
