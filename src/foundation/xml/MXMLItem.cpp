@@ -175,6 +175,16 @@ MXMLItem& MXMLItem::AddSubItem(const MString& itemName)
     return added;
 }
 
+void MXMLItem::CopyContents(const MXMLItem& source)
+{
+    Clear();
+    text = source.text;
+    attributes = source.attributes;
+    subItems.reserve(source.subItems.size());
+    for (const auto& item : source.subItems)
+        AddSubItem(item->name).CopyContents(*item);
+}
+
 void MXMLItem::Clear() noexcept
 {
     ForgetFound();

@@ -65,6 +65,9 @@ public:
     MXMLItem& AddSubItem(const MString& itemName);
     const std::vector<std::unique_ptr<MXMLItem>>& GetSubItems() const noexcept { return subItems; }
 
+    /// Puts copies of the text, the attributes and all below @p source (not this item nor one above
+    /// it) in the place of this item's; the name stays. Texts are shared, so it is cheap.
+    void CopyContents(const MXMLItem& source);
     /// Removes subitems, attributes and text.
     void Clear() noexcept;
 
