@@ -15,6 +15,27 @@ void Trace(const char* message) noexcept;
 /// Reports "SYSTEM EXCEPTION! {0}" with the qualified name of @p routine (not null).
 void TraceSystemException(const char* routine) noexcept;
 
+/// Names a routine in the midst of others to the trace function: runs @p body and passes its
+/// result on, or the MException that it throws. Anything else is traced under the name of the
+/// innermost @p routine and goes on as an MException, so that it is traced once.
+template <typename Body>
+decltype(auto) MTraced(const char* routine, Body&& body)
+{
+    try
+    {
+        return std::forward<Body>(body)();
+    }
+    catch (const MException&)
+    {
+        throw;
+    }
+    catch (...)
+    {
+        TraceSystemException(routine);
+        throw MException("Unexpected failure.");
+    }
+}
+
 /// The barrier round every entry from outside: runs @p body and returns what it does. If it throws,
 /// the answer is @p neutral; anything but an MException is traced under the name of @p routine.
 template <typename Result, typename Body>
