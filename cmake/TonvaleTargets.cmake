@@ -37,7 +37,8 @@ endfunction()
 # The tests of one folder as one program: tonvale_tests(NAME SOURCES ... LINK ...).
 function(tonvale_tests name)
     cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
-    add_executable(tonvale-test-${name} ${TESTS_SOURCES})
+    add_executable(tonvale-test-${name}
+        ${TESTS_SOURCES} ${PROJECT_SOURCE_DIR}/tests/OwnUserData.cpp)
     target_include_directories(tonvale-test-${name} PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(tonvale-test-${name} PRIVATE tonvale_options ${TESTS_LINK} GTest::gtest_main)
     # The first program that wine runs waits until wine has set itself up.
