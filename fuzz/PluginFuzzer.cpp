@@ -26,6 +26,8 @@ constexpr const char* SettingsKeys[] = {
     "MaxLFOBlockSize",
     "upsampling",
     "hqupsampling",
+    "PresetIndex",
+    "CurrentPresetIndex",
     "NoteIndex",
     "parameterDry",
     "parameterWet",
@@ -36,7 +38,7 @@ constexpr const char* ControllerKeys[] = {
     "Enabled", "Enabled", "ParameterName", "Value",  "MaxValue",
     "Range",   "Channel", "Controller",    "Invert", "FullRange",
 };
-constexpr const char* ListNames[] = {"Controllers", "NoteControllers"};
+constexpr const char* ListNames[] = {"Controllers", "NoteControllers", "Preset0", "Preset7"};
 constexpr const char* RowNames[] = {"Controller", "Controller0", "Controller15", "NoteController3"};
 constexpr const char* Texts[] = {"Surround", "Mono", "Width", "Shape", "Frequency", "1", "0", "-1"};
 

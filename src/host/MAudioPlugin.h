@@ -84,6 +84,7 @@ public:
     virtual void ProcessUpdate() {}
 
     /// Writes the state to the item, or reads it. A load leaves blocks silent instead of late.
+    /// @throws MException if that fails; a load then leaves the state from before
     virtual void Store(const MStorageDescriptor& storage) = 0;
     virtual void StoreSettings(const MStorageDescriptor& storage) = 0;
 

@@ -10,13 +10,13 @@ namespace pluginstate
 {
 
 /// Not on the audio thread, which goes on meanwhile.
-/// @throws MException as MXMLItem::SaveCompressed does
+/// @throws MException as MAudioPlugin::Store and MXMLItem::SaveCompressed do
 MMemoryStream Save(MAudioPlugin& plugin);
 
 /// Reads @p stream to its end. What cannot be read, or is no such state, changes nothing.
 /// Not on the audio thread; blocks are silent while the plugin takes the state over.
-/// @throws MException as MXMLItem::LoadCompressed and CheckSettingsTree do; (256) "Invalid file
-/// contents. There is no element \"settings\"." if the root is another
+/// @throws MException as MXMLItem::LoadCompressed, CheckSettingsTree and MAudioPlugin::Store do;
+/// (256) "Invalid file contents. There is no element \"settings\"." if the root is another
 void Load(MAudioPlugin& plugin, MStream& stream);
 
 } // namespace pluginstate

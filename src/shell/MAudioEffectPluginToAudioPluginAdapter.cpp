@@ -1,6 +1,7 @@
 #include "shell/MAudioEffectPluginToAudioPluginAdapter.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "effect/MPluginInfo.h"
 #include "effect/MPluginParameterRecord.h"
@@ -57,8 +58,9 @@ std::intptr_t OnRefreshEditors(MPluginHost& host, std::intptr_t)
 
 } // namespace
 
-MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter()
-    : controllers(*this)
+MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter(int channelsOfBus)
+    : busChannels(channelsOfBus),
+      controllers(*this)
 {
 }
 
@@ -107,7 +109,8 @@ void MAudioEffectPluginToAudioPluginAdapter::CreateEffect(MPluginCall entryPoint
 void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
 {
     const MPluginInfo& info = *host->GetPluginInfo();
-    SetBuses(std::min(info.inputBusCount, MaxBuses), std::min(info.outputBusCount, MaxBuses), 2);
+    SetBuses(std::min(info.inputBusCount, MaxBuses), std::min(info.outputBusCount, MaxBuses),
+             busChannels);
     if (info.midiProcessor != nullptr)
         AddListener(*info.midiProcessor, MMIDIProcessorBase::AllChannels);
 
@@ -263,39 +266,62 @@ bool MAudioEffectPluginToAudioPluginAdapter::ProcessMIDIController(int offset, d
 
 void MAudioEffectPluginToAudioPluginAdapter::Store(const MStorageDescriptor& storage)
 {
-    MGuarded("MAudioEffectPluginToAudioPluginAdapter::Store", 0,
-             [&]
-             {
-                 if (!storage.storing)
-                     Load(storage);
-                 else
-                 {
-                     // No load comes between the parts; blocks go on.
-                     const MLockGuard settings(GetSettingsLock());
-                     StoreState(storage);
-                     LimitChannelMode();
-                 }
-                 return 0;
-             });
+    MTraced("MAudioEffectPluginToAudioPluginAdapter::Store",
+            [&]
+            {
+                if (!storage.storing)
+                    return Load(storage);
+                // No load comes between the parts; blocks go on.
+                const MLockGuard settings(GetSettingsLock());
+                StoreState(storage);
+                StoreSlots(storage.item);
+                LimitChannelMode();
+            });
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::Load(const MStorageDescriptor& storage)
 {
     CheckSettingsTree(storage.item); // before anything changes
     const int latencyBefore = latency;
+    try
     {
-        const SuspendScope suspended(*this);
         const MLockGuard settings(GetSettingsLock());
-        const MLockGuard processing(GetProcessingLock());
-        StoreState(storage);
-        InitLocked();
-        LimitChannelMode(); // by the layout that the host wants now
+        TakeState(storage);
+    }
+    catch (...)
+    {
+        InitDone(); // of the state from before
+        throw;
     }
     InitDone();
     for (MAutomationAdapter* const adapter : GetAdapters())
         NeedUpdateEditor(*adapter);
     if (latency != latencyBefore && GetAdapter() != nullptr)
         GetAdapter()->LatencyChanged();
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::TakeState(const MStorageDescriptor& storage)
+{
+    MXMLItem before("settings");
+    StoreState({.storing = true, .item = before});
+    const SuspendScope suspended(*this);
+    const MLockGuard processing(GetProcessingLock());
+    try
+    {
+        ApplyState(storage);
+    }
+    catch (...)
+    {
+        ApplyState({.storing = false, .item = before});
+        throw;
+    }
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ApplyState(const MStorageDescriptor& storage)
+{
+    StoreState(storage);
+    InitLocked();
+    LimitChannelMode(); // by the layout that the host wants now
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreState(const MStorageDescriptor& storage)
@@ -349,27 +375,45 @@ void MAudioEffectPluginToAudioPluginAdapter::LoadChannelMode(MXMLItem& item)
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreSettings(const MStorageDescriptor& storage)
 {
-    MAudioEffectPlugin* const effect = GetEffect();
-    if (storage.storing)
-        storage.item.Clear();
-    if (effect != nullptr)
-        storage.storing ? effect->Store(storage.item) : effect->Load(storage.item);
-    StoreStandardSettings(storage);
+    MTraced("MAudioEffectPluginToAudioPluginAdapter::StoreSettings",
+            [&]
+            {
+                MAudioEffectPlugin* const effect = GetEffect();
+                if (storage.storing)
+                    storage.item.Clear();
+                if (effect != nullptr)
+                    storage.storing ? effect->Store(storage.item) : effect->Load(storage.item);
+                StoreStandardSettings(storage);
+            });
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
     const MStorageDescriptor& storage)
 {
-    if (!storage.storing)
-    {
-        controllers.Load(storage.item);
-        return;
-    }
-    MIDIControllers copy(*this);
-    {
-        const MLockGuard processing(GetProcessingLock());
-        copy.assignments = controllers.assignments;
-        copy.noteControllers = controllers.noteControllers;
-    }
-    copy.Store(storage.item);
+    constexpr const char* IndexKey = "CurrentPresetIndex";
+    StoreControllers(storage);
+    if (storage.storing)
+        storage.item.SetAttribute(IndexKey, currentPresetIndex);
+    else
+        currentPresetIndex = static_cast<std::int32_t>(std::clamp<std::int64_t>(
+            storage.item.GetAttribute(IndexKey, "0").ToInteger(),
+            std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreControllers(const MStorageDescriptor& storage)
+{
+    MTraced("MAudioEffectPluginToAudioPluginAdapter::StoreControllers",
+            [&]
+            {
+                if (!storage.storing)
+                    return controllers.Load(storage.item);
+                // Blocks wait for the copy, and not for the text.
+                MIDIControllers copy(*this);
+                {
+                    const MLockGuard processing(GetProcessingLock());
+                    copy.assignments = controllers.assignments;
+                    copy.noteControllers = controllers.noteControllers;
+                }
+                copy.Store(storage.item);
+            });
 }

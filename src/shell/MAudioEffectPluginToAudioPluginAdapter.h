@@ -24,7 +24,8 @@ public:
     static constexpr int DefaultMaxLFOBlockSize = 256; ///< samples
     static constexpr int MaxMaxLFOBlockSize = 65536;
 
-    MAudioEffectPluginToAudioPluginAdapter();
+    /// @p channelsOfBus, 1 to ChannelsPerBus, are there for good.
+    explicit MAudioEffectPluginToAudioPluginAdapter(int channelsOfBus = 2);
     ~MAudioEffectPluginToAudioPluginAdapter() override;
 
     /// Makes the plugin whole; InitProcessing has yet to follow. Once.
@@ -32,7 +33,10 @@ public:
     virtual void Initialize(const MString& productName, const MString& makerName,
                             MPluginCall entryPoint, int editorWidth, int editorHeight);
 
-    /// A state that cannot be read leaves the old one.
+    /// The locks are as short as can be: texts are made outside of the processing lock, and a tree
+    /// is checked and the old state copied before blocks fall silent for a load.
+    /// @throws MException for a state that is refused, or what else fails; a load then leaves the
+    /// state from before
     void Store(const MStorageDescriptor& storage) override;
     /// The part of the effect and the standard settings; under the settings lock, and for a load
     /// under the processing lock too.
@@ -58,6 +62,9 @@ public:
     void SetMaxLFOBlockSize(int samples) noexcept;
     int GetMaxLFOBlockSize() const noexcept { return maxLFOBlockSize.load(); }
 
+    /// Place in the host's list of programs, as stored; whoever uses it limits it.
+    int GetCurrentPresetIndex() const noexcept { return currentPresetIndex; }
+
     /// Under the processing lock, but for what takes none.
     MIDIControllers& GetControllers() noexcept { return controllers; }
     MProcessingContext& GetContext() noexcept { return context; }
@@ -72,10 +79,16 @@ protected:
     void InitEffect() override;
     void InitDone() override;
 
-    /// All of the state, in its order. Under the locks of StoreSettings.
+    /// All of the working state, in its order. Under the locks of StoreSettings.
     virtual void StoreState(const MStorageDescriptor& storage);
+    /// Adds what only TakeState loads, behind the working state. Under the settings lock.
+    virtual void StoreSlots(MXMLItem& /*item*/) const {}
     /// What the shell keeps itself, the same for every effect.
     virtual void StoreStandardSettings(const MStorageDescriptor& storage);
+    /// Puts the state of @p storage in force, or leaves all as it was and throws. Under the
+    /// settings lock; suspends processing and takes its lock once all that can be made before is
+    /// made.
+    virtual void TakeState(const MStorageDescriptor& storage);
 
 private:
     void CreateEffect(MPluginCall entryPoint, const MString& productName);
@@ -85,11 +98,16 @@ private:
     /// Surround needs more than two channels.
     void LimitChannelMode();
     void Load(const MStorageDescriptor& storage);
+    /// Under the locks of a load. Leaves half of the state if it throws.
+    void ApplyState(const MStorageDescriptor& storage);
+    void StoreControllers(const MStorageDescriptor& storage);
 
+    const int busChannels;
     std::unique_ptr<MAudioEffectPluginHost> host;
     MParameterList parameters;
     MIDIControllers controllers;
     MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
-    std::int32_t effectMaxBlock = 0; ///< samples, as of InitProcessing
+    MRelaxed<std::int32_t> currentPresetIndex = 0; ///< written under the settings lock
+    std::int32_t effectMaxBlock = 0;               ///< samples, as of InitProcessing
 };

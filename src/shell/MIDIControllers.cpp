@@ -1,6 +1,7 @@
 #include "shell/MIDIControllers.h"
 
-#include "foundation/strings/MStringFormatter.h"
+#include <algorithm>
+
 #include "foundation/xml/MXMLItem.h"
 #include "host/MAudioPlugin.h"
 
@@ -14,15 +15,34 @@ bool Accepts(int wantedChannel, int channel) noexcept
 
 MString IndexedName(const char* name, std::size_t index)
 {
-    return MStringFormatter("{0}{1}").Add(MString(name)).Add(static_cast<int>(index)).Result();
+    MString indexed = name;
+    indexed.Append(MString::FromInteger(static_cast<std::int64_t>(index)));
+    return indexed;
 }
 
+/// Whether both hold the same, as the parser and StoreAll share it.
+bool IsSame(const MXMLItem& a, const MXMLItem& b) noexcept
+{
+    return std::ranges::equal(a.GetAttributes(), b.GetAttributes(),
+                              [](const MAttribute& one, const MAttribute& other) {
+                                  return one.name.IsSharedWith(other.name) &&
+                                         one.value.IsSharedWith(other.value);
+                              });
+}
+
+/// Most rows are as they were from the first, so each is made from the one before if it can be.
 template <typename Row, std::size_t Count>
 void StoreAll(MXMLItem& list, const char* name, const std::array<Row, Count>& rows)
 {
     list.Clear();
     for (std::size_t i = 0; i < Count; ++i)
-        rows[i].Store(list.AddSubItem(IndexedName(name, i)));
+    {
+        MXMLItem& item = list.AddSubItem(IndexedName(name, i));
+        if (i > 0 && rows[i] == rows[i - 1])
+            item.CopyContents(*item.GetPreviousSibling());
+        else
+            rows[i].Store(item);
+    }
 }
 
 /// Older states number the items by their order alone.
@@ -33,16 +53,27 @@ void LoadAll(MXMLItem& list, const char* name, std::array<Row, Count>& rows,
     MXMLItem none("none");
     std::size_t unnumbered = 0;
     const auto& items = list.GetSubItems();
+    const MXMLItem* before = nullptr;
     for (std::size_t i = 0; i < Count; ++i)
     {
-        if (list.HasSubItem(IndexedName(name, i)))
+        MXMLItem* item = &none;
+        const MString indexed = IndexedName(name, i);
+        if (i < items.size() && items[i]->GetName() == indexed) // as this system writes them
+            item = items[i].get();
+        else if (list.HasSubItem(indexed))
+            item = &list.GetSubItem();
+        else
         {
-            rows[i].Load(list.GetSubItem(), plugin);
-            continue;
+            while (unnumbered < items.size() && !(items[unnumbered]->GetName() == name))
+                ++unnumbered;
+            if (unnumbered < items.size())
+                item = items[unnumbered++].get();
         }
-        while (unnumbered < items.size() && !(items[unnumbered]->GetName() == name))
-            ++unnumbered;
-        rows[i].Load(unnumbered < items.size() ? *items[unnumbered++] : none, plugin);
+        if (before != nullptr && IsSame(*item, *before))
+            rows[i] = rows[i - 1];
+        else
+            rows[i].Load(*item, plugin);
+        before = item;
     }
 }
 

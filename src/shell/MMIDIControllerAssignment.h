@@ -18,6 +18,7 @@ struct MMIDIControllerAssignment
     void Store(MXMLItem& item) const;
     /// What is missing takes its default. Looks the parameter up in @p plugin.
     void Load(MXMLItem& item, const MAudioPlugin& plugin);
+    bool operator==(const MMIDIControllerAssignment&) const = default;
 
     bool isEnabled = false;
     int parameterIndex = 0; ///< negative while no parameter has the name
@@ -33,6 +34,7 @@ struct MMIDINoteController
     void Store(MXMLItem& item) const;
     /// As above.
     void Load(MXMLItem& item, const MAudioPlugin& plugin);
+    bool operator==(const MMIDINoteController&) const = default;
 
     /// The normalised value for @p note with the pitch wheel at @p semitones: 20 Hz is 0.0, 20 kHz
     /// is 1.0. Here note 57 is 440 Hz.

@@ -1,11 +1,13 @@
 #include "shell/MQuillfernAudioEffectPlugin.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "effect/TonvaleAudioEffectPluginInterface.h"
 #include "foundation/threads/MGuard.h"
 #include "foundation/xml/MStorageDescriptor.h"
 #include "foundation/xml/MXMLItem.h"
+#include "persistence/MPluginConfiguration.h"
 
 namespace
 {
@@ -14,6 +16,17 @@ constexpr int EditorWidth = 450; ///< pixels
 constexpr int EditorHeight = 100;
 
 } // namespace
+
+std::unique_ptr<MQuillfernAudioEffectPlugin>
+MQuillfernAudioEffectPlugin::Create(MPluginConfiguration& configuration)
+{
+    SetAntiDenormal(configuration.IsOn(MPluginConfiguration::AntiDenormal));
+    const bool isSurround = configuration.IsOn(MPluginConfiguration::SurroundActivated);
+    auto plugin = std::make_unique<MQuillfernAudioEffectPlugin>(isSurround ? ChannelsPerBus : 2);
+    plugin->Initialize("Tonvale", "Quillfern", &TonvaleAudioEffectPluginInterface, EditorWidth,
+                       EditorHeight);
+    return plugin;
+}
 
 void MQuillfernAudioEffectPlugin::StoreState(const MStorageDescriptor& storage)
 {
@@ -32,15 +45,26 @@ void MQuillfernAudioEffectPlugin::StoreState(const MStorageDescriptor& storage)
         highQualityUpsampling = item.GetAttribute().ToInteger() != 0;
 }
 
+void MQuillfernAudioEffectPlugin::StoreSlots(MXMLItem& item) const
+{
+    slots.Store(item);
+}
+
+void MQuillfernAudioEffectPlugin::TakeState(const MStorageDescriptor& storage)
+{
+    // Copied while blocks still sound, and put in force once nothing can fail any more.
+    PresetSlots loaded(storage.item);
+    MAudioEffectPluginToAudioPluginAdapter::TakeState(storage);
+    slots = std::move(loaded);
+}
+
 std::unique_ptr<MAudioPlugin> CreateAudioPlugin() noexcept
 {
-    return MGuarded(
-        "MAudioEffectPluginToAudioPluginAdapter::Initialize", std::unique_ptr<MAudioPlugin>(),
-        []
-        {
-            auto plugin = std::make_unique<MQuillfernAudioEffectPlugin>();
-            plugin->Initialize("Tonvale", "Quillfern", &TonvaleAudioEffectPluginInterface,
-                               EditorWidth, EditorHeight);
-            return std::unique_ptr<MAudioPlugin>(std::move(plugin));
-        });
+    return MGuarded("MAudioEffectPluginToAudioPluginAdapter::Initialize",
+                    std::unique_ptr<MAudioPlugin>(),
+                    []
+                    {
+                        return std::unique_ptr<MAudioPlugin>(
+                            MQuillfernAudioEffectPlugin::Create(MPluginConfiguration::Get()));
+                    });
 }

@@ -18,6 +18,7 @@ struct MTargetRange
 
     /// The new normalised value of the parameter for @p moving.
     double Map(double moving) const noexcept;
+    bool operator==(const MTargetRange&) const = default;
 
     double value = 0.0;    ///< the centre, 0.0 to 1.0
     double maxValue = 1.0; ///< the other end of an interval

@@ -181,6 +181,7 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, StrangeStatesLoad)
     const auto block = [](Plugin& plugin) { return plugin.GetMaxLFOBlockSize(); };
     const auto bypass = [](Plugin& plugin) { return plugin.IsBypassed() ? 1 : 0; };
     const auto factor = [](Plugin& plugin) { return plugin.GetUpsamplingFactor(); };
+    const auto program = [](Plugin& plugin) { return plugin.GetCurrentPresetIndex(); };
     const auto quality = [](Plugin& plugin) { return plugin.IsHighQualityUpsampling() ? 1 : 0; };
     struct Case
     {
@@ -213,6 +214,9 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, StrangeStatesLoad)
         {2, {}, factor, 2},
         {2, {{"upsampling", "0"}}, factor, 1},
         {2, {{"upsampling", "17"}}, factor, 16},
+        {2, {}, program, 0},
+        {2, {{"CurrentPresetIndex", "12"}}, program, 12},
+        {2, {{"CurrentPresetIndex", "9000000000"}}, program, 0x7FFFFFFF},
         {2, {}, quality, 0},
         {2, {{"hqupsampling", "1"}}, quality, 1},
     };
@@ -242,7 +246,7 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, ARefusedStateChangesNothing)
     MXMLItem& curve = item.AddSubItem("Shape").AddSubItem("Envelope");
     for (int i = 0; i <= limits::CurvePoints; ++i)
         curve.AddSubItem("Point");
-    plugin.Load(item);
+    EXPECT_THROW(plugin.Load(item), MException);
     EXPECT_EQ(TellTree(*plugin.Store()), before);
     EXPECT_FALSE(plugin->IsSuspended());
 }
