@@ -30,10 +30,12 @@ std::string ReadQuoted(std::string_view& text)
             text.remove_prefix(i + 1);
             return value;
         }
-        if (text[i] == '$' || text[i] == '`' || text[i] == '\0')
+        if (text[i] == '$' || text[i] == '`')
             return {};
         if (text[i] == '\\' && i + 1 < text.size())
             ++i;
+        if (text[i] == '\0') // would end the path early
+            return {};
         value += text[i];
     }
     return {};

@@ -33,6 +33,7 @@ constexpr Case Cases[] = {
     {R"(XDG_DESKTOP_DIR="/a/$USER")", ""},
     {R"(XDG_DESKTOP_DIR="/a/`id`")", ""},
     {"XDG_DESKTOP_DIR=\"/a\0b\""sv, ""},
+    {"XDG_DESKTOP_DIR=\"/a\\\0b\""sv, ""},
     {"XDG_DESKTOP_DIR=\"/a\nb\"", ""},
     {"", ""},
 };
