@@ -1,5 +1,6 @@
 #include "foundation/modules/ModuleSystem.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>

@@ -1,5 +1,7 @@
 #include "foundation/modules/UserFolders.h"
 
+#include <algorithm>
+
 namespace
 {
 
