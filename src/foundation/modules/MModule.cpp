@@ -28,14 +28,13 @@ constexpr std::uint32_t PackVersion(std::string_view text)
 }
 static_assert(PackVersion("5.03") == 0x05030000 && PackVersion("1.2.30.4") == 0x01021E04);
 
-/// Earlier versions kept the data in a folder of one level.
+/// Earlier versions kept the data in a folder of one level. It does not replace one that has data.
 void MoveFromPreviousPlace(const MString& place)
 {
     const MString previous =
         files::PathJoin(systempaths::Get(systempaths::Kind::UserData), "QuillfernTonvale");
     std::error_code ignored;
-    if (!is_directory(filesystem::ToPath(previous), ignored) ||
-        exists(filesystem::ToPath(place), ignored))
+    if (!is_directory(filesystem::ToPath(previous), ignored))
         return;
     systempaths::GetFamilyFolder();
     files::RenameFile(previous, place);
