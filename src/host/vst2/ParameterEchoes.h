@@ -24,7 +24,7 @@ public:
     float Read(int index, float own) const noexcept;
 
 private:
-    struct Echo
+    struct alignas(8) Echo // for one access, with every compiler
     {
         float value = 0.0f;
         float own = std::numeric_limits<float>::quiet_NaN(); ///< nothing set yet
