@@ -28,7 +28,7 @@ public:
     int Count() const noexcept { return static_cast<int>(echoes.size()); }
     bool Has(ParamID id) const noexcept
     {
-        return Count() > 0 && (id == BypassId || id + 1 < echoes.size());
+        return Count() > 0 && (id == BypassId || id < echoes.size() - 1);
     }
     // The others ask Has first.
 
