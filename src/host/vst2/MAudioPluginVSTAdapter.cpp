@@ -522,9 +522,11 @@ std::int32_t MAudioPluginVSTAdapter::processEvents(const VstEvents* events) noex
                             guard.emplace(plugin->GetProcessingLock());
                             DeliverQueue(); // older than these
                         }
+                        const VstEvent* const* const list =
+                            events->events.data(); // longer than declared
                         for (int i = 0; i < events->numEvents; ++i)
                         {
-                            const VstEvent* const event = events->events.data()[i];
+                            const VstEvent* const event = list[i];
                             if (event == nullptr || event->type != VstEvent::Midi)
                                 continue;
                             const auto* const midi = reinterpret_cast<const VstMidiEvent*>(event);

@@ -10,6 +10,6 @@ constexpr float LeastMove = 1e-6f;
 
 float Vst2::ParameterEchoes::Read(int index, float own) const noexcept
 {
-    const Echo echo = echoes.data()[index];
+    const Echo echo = echoes[static_cast<std::size_t>(index)];
     return std::abs(own - echo.own) <= LeastMove ? echo.value : own;
 }

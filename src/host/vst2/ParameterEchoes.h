@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <limits>
 #include <vector>
 
@@ -18,7 +19,7 @@ public:
     /// The host set the parameter @p index to @p value, which it now shows as @p own.
     void Note(int index, float value, float own) noexcept
     {
-        echoes.data()[index] = Echo{.value = value, .own = own};
+        echoes[static_cast<std::size_t>(index)] = Echo{.value = value, .own = own};
     }
     /// The host's value for the parameter @p index, which shows as @p own.
     float Read(int index, float own) const noexcept;

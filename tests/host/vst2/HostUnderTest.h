@@ -77,6 +77,7 @@ public:
     std::vector<float> GetParameters() const
     {
         std::vector<float> values;
+        values.reserve(static_cast<std::size_t>(effect->numParams));
         for (int i = 0; i < effect->numParams; ++i)
             values.push_back(effect->getParameter(effect, i));
         return values;
@@ -115,9 +116,10 @@ private:
         if (opcode == HostOpcode::ProcessEvents)
         {
             const auto* const events = static_cast<const VstEvents*>(ptr);
+            const VstEvent* const* const records = events->events.data();
             std::vector<VstMidiEvent>& list = sent.emplace_back();
             for (int i = 0; i < events->numEvents; ++i)
-                list.push_back(*reinterpret_cast<const VstMidiEvent*>(events->events.data()[i]));
+                list.push_back(*reinterpret_cast<const VstMidiEvent*>(records[i]));
         }
         return opcode == HostOpcode::CanDo || opcode == HostOpcode::SizeWindow;
     }
