@@ -142,7 +142,9 @@ private:
     /// A whole gesture of the user's.
     void SendEdit(Vst3::ParamID id, double value);
 
-    void TakeParameterChanges(Vst3::IParameterChanges* changes);
+    void TakeParameterChanges(Vst3::IParameterChanges* changes, Vst3::IParameterChanges* made);
+    /// Reports in @p made, which may be null, what the plugin rounded.
+    void ApplyPoint(Vst3::ParamID id, double value, Vst3::IParameterChanges* made);
     void TakeTime(const Vst3::ProcessContext* context);
     void SendOutputEvents(Vst3::IEventList* list, int samples);
 

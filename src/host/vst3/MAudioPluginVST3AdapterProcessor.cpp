@@ -1,6 +1,7 @@
 // The adapter's audio thread: parameters, time, events, sound, events, in this order.
 
 #include <algorithm>
+#include <cmath>
 
 #include "foundation/threads/MGuard.h"
 #include "host/vst3/MAudioPluginVST3Adapter.h"
@@ -41,7 +42,8 @@ Result MAudioPluginVST3Adapter::process(ProcessData& data)
                             return kResultOk;
                         if (data.symbolicSampleSize != kSample32)
                             return kResultFalse;
-                        TakeParameterChanges(data.inputParameterChanges);
+                        TakeParameterChanges(data.inputParameterChanges,
+                                             data.outputParameterChanges);
                         TakeTime(data.processContext);
                         inputEvents.Deliver(*plugin, data.inputEvents, data.numSamples);
                         if (data.numInputs > 0 || data.numOutputs > 0)
@@ -51,7 +53,8 @@ Result MAudioPluginVST3Adapter::process(ProcessData& data)
                     });
 }
 
-void MAudioPluginVST3Adapter::TakeParameterChanges(IParameterChanges* changes)
+void MAudioPluginVST3Adapter::TakeParameterChanges(IParameterChanges* changes,
+                                                   IParameterChanges* made)
 {
     if (changes == nullptr || IgnoresHostParameters())
         return;
@@ -66,8 +69,19 @@ void MAudioPluginVST3Adapter::TakeParameterChanges(IParameterChanges* changes)
         std::int32_t offset = 0;
         double value = 0.0;
         if (points > 0 && queue->getPoint(points - 1, offset, value) == kResultOk)
-            parameters.Apply(queue->getParameterId(), value);
+            ApplyPoint(queue->getParameterId(), value, made);
     }
+}
+
+void MAudioPluginVST3Adapter::ApplyPoint(ParamID id, double value, IParameterChanges* made)
+{
+    parameters.Apply(id, value);
+    const double rounded = parameters.GetOwn(id);
+    if (made == nullptr || !std::isfinite(value) || !Parameters::IsOther(value, rounded))
+        return;
+    std::int32_t index = 0;
+    if (IParamValueQueue* const queue = made->addParameterData(id, index))
+        queue->addPoint(0, rounded, index);
 }
 
 void MAudioPluginVST3Adapter::TakeTime(const ProcessContext* context)

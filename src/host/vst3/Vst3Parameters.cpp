@@ -86,11 +86,16 @@ double Parameters::GetOwn(ParamID id) const
     return plugin.GetRestorableParameter(static_cast<int>(id));
 }
 
+bool Parameters::IsOther(double a, double b) noexcept
+{
+    return !(std::abs(a - b) <= LeastChange);
+}
+
 double Parameters::Get(ParamID id) const
 {
     const double own = GetOwn(id);
     const Echo& echo = echoes[PlaceOf(id)];
-    return std::abs(own - echo.own) <= LeastChange ? static_cast<double>(echo.set) : own;
+    return IsOther(own, echo.own) ? own : static_cast<double>(echo.set);
 }
 
 void Parameters::Set(ParamID id, double value)

@@ -44,6 +44,10 @@ public:
     void Set(ParamID id, double value);
     /// The same without Get's knowledge, for the audio thread.
     void Apply(ParamID id, double value) const;
+    /// The plugin's own value.
+    double GetOwn(ParamID id) const;
+    /// Whether two values differ by more than the way through 32 bits may change them.
+    static bool IsOther(double a, double b) noexcept;
     /// From now on Get tells the plugin's own values.
     void ForgetSet() noexcept;
 
@@ -58,7 +62,6 @@ private:
     {
         return id == BypassId ? echoes.size() - 1 : id;
     }
-    double GetOwn(ParamID id) const;
 
     MAudioPlugin& plugin;
     std::vector<Echo> echoes; ///< in the host's order

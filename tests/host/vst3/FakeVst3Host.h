@@ -113,9 +113,10 @@ public:
         value = points[static_cast<std::size_t>(index)];
         return Vst3::kResultOk;
     }
-    Vst3::Result addPoint(std::int32_t, double, std::int32_t&) override
+    Vst3::Result addPoint(std::int32_t, double value, std::int32_t&) override
     {
-        return Vst3::kNotImplemented;
+        points.push_back(value);
+        return Vst3::kResultOk;
     }
 
     Vst3::ParamID id;
@@ -134,9 +135,9 @@ public:
     {
         return index > 0 ? &queues[static_cast<std::size_t>(index) - 1] : nullptr;
     }
-    Vst3::IParamValueQueue* addParameterData(const Vst3::ParamID&, std::int32_t&) override
+    Vst3::IParamValueQueue* addParameterData(const Vst3::ParamID& id, std::int32_t&) override
     {
-        return nullptr;
+        return &queues.emplace_back(id, std::vector<double>{});
     }
 
     std::deque<Queue> queues;

@@ -190,9 +190,12 @@ TEST(VST3Processor, LastPointOfAQueueCounts)
     changes.queues.emplace_back(0x7FFF, std::vector{0.0, 0.5});
     changes.queues.emplace_back(5000, std::vector{1.0});
     changes.queues.emplace_back(4, std::vector{0.25, double(NAN)});
+    changes.queues.emplace_back(2, std::vector{0.4}); // octaves, whole numbers
+    fakehost::Changes made;
     const double cents = instance.controller->getParamNormalized(4);
     Block block(0);
     block.data.inputParameterChanges = &changes;
+    block.data.outputParameterChanges = &made;
     EXPECT_EQ(instance.processor->process(block.data), kResultOk);
     EXPECT_EQ(instance.controller->getParamNormalized(0x7FFF), 0.0); // nothing without samples
     block.data.numSamples = 1;
@@ -201,6 +204,12 @@ TEST(VST3Processor, LastPointOfAQueueCounts)
     EXPECT_NEAR(instance.controller->getParamNormalized(1), 0.125, 1e-7);
     EXPECT_EQ(instance.controller->getParamNormalized(0x7FFF), 1.0);
     EXPECT_EQ(instance.controller->getParamNormalized(4), cents);
+    // The host hears what was made of its values where that is another.
+    ASSERT_EQ(made.queues.size(), 2u);
+    EXPECT_EQ(made.queues[0].id, 0x7FFFu);
+    EXPECT_EQ(made.queues[0].points, std::vector{1.0});
+    EXPECT_EQ(made.queues[1].id, 2u);
+    EXPECT_EQ(made.queues[1].points, std::vector{0.5});
 }
 
 } // namespace
