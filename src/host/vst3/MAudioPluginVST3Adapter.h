@@ -24,6 +24,7 @@
 /// of it on others. Nothing is called at the host under a lock, or from process but the objects
 /// that come with it. No operation throws; what fails answers kResultFalse and leaves all as it
 /// was.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): release ends it, and no one else
 class MAudioPluginVST3Adapter final : public Vst3::IComponent,
                                       public Vst3::IAudioProcessor,
                                       public Vst3::IEditController,

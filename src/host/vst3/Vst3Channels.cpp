@@ -55,8 +55,8 @@ void Channels::Spread(const AudioBusBuffers* buses, std::int32_t count, Sample* 
             Sample* const block = buses[bus].channelBuffers32 != nullptr
                                       ? buses[bus].channelBuffers32[channel]
                                       : nullptr;
-            channels[static_cast<std::size_t>(bus * MAudioPlugin::ChannelsPerBus + channel)] =
-                block != nullptr ? block : standIn;
+            const int place = bus * MAudioPlugin::ChannelsPerBus + channel;
+            channels[static_cast<std::size_t>(place)] = block != nullptr ? block : standIn;
         }
     }
 }
