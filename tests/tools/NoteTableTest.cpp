@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/Signals.h"
-#include "tools/render/PluginRunner.h"
+#include "tools/render/InProcessPlugin.h"
 
 namespace
 {
@@ -18,8 +18,8 @@ constexpr int Rate = 48000;
 std::string TableOf(const std::vector<PlannedNote>& notes, std::span<const float> sound,
                     std::size_t blockFrames)
 {
-    const PluginRunner runner; // at its defaults
-    NoteTable table(notes, ExpectedPitch(runner, 2), Rate);
+    const InProcessPlugin plugin; // at its defaults
+    NoteTable table(notes, ExpectedPitch(plugin, 2), Rate);
     for (; !sound.empty(); sound = sound.subspan(std::min(blockFrames, sound.size())))
         table.Feed(sound.first(std::min(blockFrames, sound.size())));
     std::ostringstream stream;

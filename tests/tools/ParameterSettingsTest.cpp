@@ -7,7 +7,7 @@
 
 #include "effect/MPluginParameterRecord.h"
 #include "foundation/threads/MException.h"
-#include "tools/render/PluginRunner.h"
+#include "tools/render/InProcessPlugin.h"
 
 namespace
 {
@@ -15,13 +15,11 @@ namespace
 class ParameterSettingsTest : public testing::Test
 {
 protected:
-    double Value(const char* name) const { return runner.FindParameter(name)->Effective(); }
-    double Value01(const MString& name) const
+    double Value(const char* name) const { return plugin.FindParameter(name)->Effective(); }
+    double Value01(const char* name)
     {
-        for (const PluginParameter& value : runner.GetParameters())
-            if (value.GetName() == name)
-                return value.Get01();
-        return std::nan("");
+        const int index = plugin.GetShell().FindParameterByName(name);
+        return index >= 0 ? plugin.Get01(index) : std::nan("");
     }
 
     /// Sets @p name and returns the complaint; empty if there is none.
@@ -38,8 +36,8 @@ protected:
         }
     }
 
-    PluginRunner runner;
-    ParameterSettings settings{runner};
+    InProcessPlugin plugin;
+    ParameterSettings settings{plugin};
 };
 
 TEST_F(ParameterSettingsTest, ReadsWhatParametersShow)

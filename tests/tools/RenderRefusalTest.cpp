@@ -81,6 +81,11 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
         {{"--save-state", "missing/a.xml"}, "cannot write \"missing/a.xml\": No such file"},
         {{"--save-state", "./out.wav"}, "two things cannot be written to \"out.wav\""},
         {{"--table", "."}, "it is a folder"},
+        {{"--plugin", "missing.so"}, "cannot load \"missing.so\": No such file"},
+        {{"--plugin", "in.wav"}, "cannot load \"in.wav\": "},
+        {{"--plugin", "a.vst3", "--in-process"}, "exclude each other"},
+        {{"--plugin", "a.vst3", "--stats"}, "--stats: hosts cannot do that; leave out --plugin"},
+        {{"--plugin", "a.vst3", "--no-hq"}, "--no-hq: hosts cannot do that"},
         {{"--channel-mode", "Middle"},
          "there are \"Left + Right\", \"Left\", \"Right\", \"Mono\", \"Stereo\", \"Mono + "
          "Stereo\", "

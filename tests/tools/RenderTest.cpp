@@ -40,7 +40,8 @@ TEST(Render, PlaysTheLastNoteForFiveSeconds)
     EXPECT_LT(std::abs(MeasureCents(sound, 0, 440.0)), 0.001);
     EXPECT_EQ(sound.channels[0], sound.channels[1]);
 
-    EXPECT_EQ(result.output.find("a.wav: 48000 Hz, 2 channels, 240000 frames, 5.000 s\n"
+    EXPECT_EQ(result.output.find("Tonvale 5.03 as VST3\n"
+                                 "a.wav: 48000 Hz, 2 channels, 240000 frames, 5.000 s\n"
                                  "Peak level: -6.02 dBFS\n"
                                  "Speed: "),
               0u)
@@ -104,10 +105,11 @@ TEST(Render, ListsHelpsAndTellsItsVersion)
     const Result help = RenderProgram::Run(folder.GetPath(), {"--help"});
     EXPECT_EQ(help.exitCode, 0);
     for (const char* const option :
-         {"--note",       "--midi",      "--seconds",      "--rate",       "--block", "--channels",
-          "--set ",       "--set01",     "--input",        "--list",       "--shape", "--state",
-          "--save-state", "--table",     "--channel-mode", "--upsampling", "--hq",    "--no-hq",
-          "--bypass",     "--no-bypass", "--tempo",        "--automate",   "--stats", "OUT.wav"})
+         {"--note",       "--midi",       "--seconds",      "--rate",       "--block", "--channels",
+          "--set ",       "--set01",      "--input",        "--list",       "--shape", "--state",
+          "--save-state", "--table",      "--channel-mode", "--upsampling", "--hq",    "--no-hq",
+          "--plugin",     "--in-process", "--bypass",       "--no-bypass",  "--tempo", "--automate",
+          "--stats",      "OUT.wav"})
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
 
     const Result version = RenderProgram::Run(folder.GetPath(), {"--version"});

@@ -4,7 +4,7 @@
 
 #include "effect/MPluginParameterRecord.h"
 #include "tools/render/Failure.h"
-#include "tools/render/PluginRunner.h"
+#include "tools/render/InProcessPlugin.h"
 
 namespace
 {
@@ -12,19 +12,19 @@ namespace
 constexpr double WheelRange = 2.0;     ///< semitones to either side
 constexpr double ConcertPitch = 440.0; ///< Hz of MIDI note 69
 
-const MPluginParameterRecord& Get(const PluginRunner& runner, const char* name)
+const MPluginParameterRecord& Get(const InProcessPlugin& plugin, const char* name)
 {
-    if (const MPluginParameterRecord* const record = runner.FindParameter(name))
+    if (const MPluginParameterRecord* const record = plugin.FindParameter(name))
         return *record;
     throw Failure(std::string("the oscillator has no parameter ") + name);
 }
 
 } // namespace
 
-ExpectedPitch::ExpectedPitch(const PluginRunner& runner, int channels)
+ExpectedPitch::ExpectedPitch(const InProcessPlugin& plugin, int channels)
 {
-    const auto value = [&runner](const char* name) { return Get(runner, name).Effective(); };
-    const MPluginParameterRecord& frequency = Get(runner, "Frequency");
+    const auto value = [&plugin](const char* name) { return Get(plugin, name).Effective(); };
+    const MPluginParameterRecord& frequency = Get(plugin, "Frequency");
     isFixed = frequency.Effective() - frequency.range.asFloat.min > 1e-6;
     fixedHz = std::pow(10.0, frequency.Effective());
     offset = value("Semitones") + 12.0 * value("Octaves") + value("Cents") / 100.0 +

@@ -6,7 +6,7 @@
 
 #include "tools/render/NotePlan.h"
 
-class PluginRunner;
+class HostedPlugin;
 
 /// What a host sends to the plugin in the course of a sound.
 class HostEvents
@@ -24,10 +24,10 @@ public:
     const std::vector<ScheduledMessage>& GetMessages() const noexcept { return messages; }
 
     /// Sets the values that are due at @p position, where a block begins.
-    void SetDueValues(PluginRunner& runner, std::int64_t position);
+    void SetDueValues(HostedPlugin& plugin, std::int64_t position);
     /// Sends the messages that are due at @p position, and returns the frame of the next, where a
     /// block has to begin, so that it is exact; Never behind the last.
-    std::int64_t SendDueMessages(PluginRunner& runner, std::int64_t position);
+    std::int64_t SendDueMessages(HostedPlugin& plugin, std::int64_t position);
 
 private:
     struct Value

@@ -7,7 +7,6 @@
 #include "tools/render/Failure.h"
 #include "tools/render/ParameterText.h"
 #include "tools/render/PluginParameter.h"
-#include "tools/render/PluginRunner.h"
 #include "tools/render/Text.h"
 
 void ParameterSettings::SetText(const std::string& name, const std::string& text)
@@ -45,8 +44,8 @@ void ParameterSettings::Set01(const std::string& name, double value01)
 
 PluginParameter ParameterSettings::Find(const std::string& name) const
 {
-    for (const PluginParameter& value : runner.GetParameters())
-        if (value.GetName() == MString::FromUTF8(name))
+    for (const PluginParameter& value : GetParameters())
+        if (MString::FromUTF8(value.GetName()) == MString::FromUTF8(name))
             return value;
     throw Failure("there is no parameter \"" + name + "\"; there are " + ListNames());
 }
@@ -56,8 +55,8 @@ void ParameterSettings::List(std::ostream& stream) const
     constexpr std::size_t Gap = 2;
     using Row = std::array<std::string, 4>;
     std::vector<Row> rows = {{"Parameter", "Value", "Normalised", "Range"}};
-    for (const PluginParameter& value : runner.GetParameters())
-        rows.push_back({value.GetName().ToUTF8(), value.GetText(), text::Fixed(value.Get01(), 4),
+    for (const PluginParameter& value : GetParameters())
+        rows.push_back({value.GetName(), value.GetText(), text::Fixed(value.Get01(), 4),
                         value.GetTextAt(0.0) + " to " + value.GetTextAt(1.0)});
 
     std::array<std::size_t, 3> widths{};
@@ -72,10 +71,18 @@ void ParameterSettings::List(std::ostream& stream) const
     }
 }
 
+std::vector<PluginParameter> ParameterSettings::GetParameters() const
+{
+    std::vector<PluginParameter> parameters;
+    for (int index = 0; index < plugin.GetParameterCount(); ++index)
+        parameters.push_back({&plugin, index});
+    return parameters;
+}
+
 std::string ParameterSettings::ListNames() const
 {
     std::string names;
-    for (const PluginParameter& value : runner.GetParameters())
-        names += (names.empty() ? "" : ", ") + value.GetName().ToUTF8();
+    for (const PluginParameter& value : GetParameters())
+        names += (names.empty() ? "" : ", ") + value.GetName();
     return names;
 }

@@ -2,16 +2,17 @@
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
-class PluginRunner;
+class HostedPlugin;
 struct PluginParameter;
 
-/// Finds, sets and lists the parameters of the plugin by name. Case does not matter.
+/// Finds, sets and lists the parameters of a plugin by name. Case does not matter.
 class ParameterSettings
 {
 public:
-    /// @p pluginRunner outlives this.
-    explicit ParameterSettings(PluginRunner& pluginRunner) noexcept : runner(pluginRunner) {}
+    /// @p hostedPlugin outlives this.
+    explicit ParameterSettings(HostedPlugin& hostedPlugin) noexcept : plugin(hostedPlugin) {}
 
     /// Takes @p text as the parameter shows it, such as "440 Hz" or "silence".
     /// @throws MException for an unknown name, a text that cannot be read in full, and a value
@@ -29,7 +30,8 @@ public:
 
 private:
     void Read(const std::string& option, const std::string& name, const std::string& text);
+    std::vector<PluginParameter> GetParameters() const;
     std::string ListNames() const;
 
-    PluginRunner& runner;
+    HostedPlugin& plugin;
 };

@@ -2,22 +2,22 @@
 
 #include <string>
 
-#include "host/MAudioPlugin.h"
+#include "tools/hosting/HostedPlugin.h"
 
-/// A parameter as a host sees it. The plugin outlives this.
+/// One parameter of a plugin, which outlives this.
 struct PluginParameter
 {
-    MString GetName() const { return plugin->GetParameterName(index); }
-    MAutomationType GetType() const { return plugin->GetParameterType(index); }
-    double Get01() const { return plugin->GetParameter(index); }
-    void Set01(double value01) const { plugin->SetParameter(index, value01, false); }
-    std::string GetText() const { return plugin->GetParameterValueName(index).ToUTF8(); }
+    std::string GetName() const { return plugin->GetParameterName(index); }
+    double Get01() const { return plugin->Get01(index); }
+    void Set01(double value01) const { plugin->Set01(index, value01); }
+    std::string GetText() const { return plugin->GetText(index); }
     /// What it shows at @p value01, which it does not take.
-    std::string GetTextAt(double value01) const
+    std::string GetTextAt(double value01) const { return plugin->GetTextAt(index, value01); }
+    std::optional<double> Parse(const std::string& text) const
     {
-        return plugin->GetParameterValueNameFrom01(index, value01).ToUTF8();
+        return plugin->Parse(index, text);
     }
 
-    MAudioPlugin* plugin;
+    HostedPlugin* plugin;
     int index;
 };

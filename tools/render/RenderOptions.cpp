@@ -11,7 +11,8 @@
 namespace
 {
 
-constexpr const char* Description = "Plays the Tonvale plugin into a WAV file of 32-bit floats.";
+constexpr const char* Description =
+    "Plays Tonvale, or another plugin, into a WAV file of 32-bit floats.";
 
 constexpr const char* Notes =
     R"(The oscillator plays one note at a time and never stops: it begins with C5
@@ -19,6 +20,12 @@ or the note of the state, changes with each note that is switched on, and notes
 that are switched off change nothing. With --midi, a table tells the frequency
 of each note as it should be, by the parameters at the start, and as measured in
 the first channel that the oscillator plays, unless that is bypassed.
+
+It runs as hosts run it, from the bundle Tonvale.vst3 in the first of these
+places: vst3 and lib/vst3 beside the folder of this program, .vst3 in your home
+folder. Without one, and for options that hosts do not have (--table, --stats,
+--channel-mode, --upsampling, --hq, --no-hq) and more than 2 --channels, it runs
+inside this program. The report begins with what ran, and how.
 
 The plugin tells hosts by how much it is late, which it is with upsampling. Like
 them, this tool renders as many samples more and leaves out the first, so that
@@ -37,6 +44,7 @@ to the new value that is as long as the block. T=0 counts from the first sample.
   tonvale-render --upsampling 4 --automate Pitch:0=0.5,2=0.7 --block 4800 up.wav
   tonvale-render --input voice.wav --channel-mode Mono --set01 Dry=1 voice2.wav
   tonvale-render --list
+  tonvale-render --plugin other.vst3 --midi melody.mid other.wav
 
 OUT.wav may be left out with --table, --save-state and --list.)";
 
@@ -96,6 +104,10 @@ private:
     void AddOptions()
     {
         app.add_option("OUT.wav", options.output, "The file to write")->type_name("");
+        Add("--plugin", options.plugin, "PATH",
+            "Play another plugin: a VST2 library (.so) or a VST3\n"
+            "bundle (.vst3)");
+        app.add_flag("--in-process", options.isInProcess, "Play Tonvale without a plugin module");
         Add("--note", texts.notes, "N",
             "Switch on MIDI note N, 0 to 127, at the start and hold\n"
             "it. May be repeated; the last one is heard");
@@ -177,6 +189,7 @@ private:
         ReadMode();
         ReadSettings();
 
+        CheckPlugin();
         CheckFiles();
     }
 
@@ -197,6 +210,16 @@ private:
             throw Failure("--channel-mode " + texts.channelMode, "it takes 3 --channels or more");
         options.isHighQuality = ReadChoice("hq", texts.isHigh, texts.isStandard);
         options.isBypassed = ReadChoice("bypass", texts.isBypassed, texts.isOn);
+    }
+
+    void CheckPlugin() const
+    {
+        if (!options.plugin)
+            return;
+        if (options.isInProcess)
+            throw Failure("--plugin and --in-process exclude each other");
+        if (const char* const option = options.FindInsideOption())
+            throw Failure(option, "hosts cannot do that; leave out --plugin");
     }
 
     void CheckFiles() const
@@ -243,6 +266,20 @@ private:
 };
 
 } // namespace
+
+const char* RenderOptions::FindInsideOption() const noexcept
+{
+    const std::pair<bool, const char*> options[] = {{table.has_value(), "--table"},
+                                                    {isStatistics, "--stats"},
+                                                    {channelMode.has_value(), "--channel-mode"},
+                                                    {upsampling.has_value(), "--upsampling"},
+                                                    {isHighQuality == true, "--hq"},
+                                                    {isHighQuality == false, "--no-hq"}};
+    for (const auto& [isGiven, name] : options)
+        if (isGiven)
+            return name;
+    return nullptr;
+}
 
 RenderOptions RenderOptions::Parse(int argumentCount, const char* const* arguments)
 {

@@ -45,9 +45,15 @@ struct RenderOptions
         std::vector<Point> points;
     };
 
+    /// The first option given that works only where all of the plugin is within reach; null if
+    /// there is none.
+    const char* FindInsideOption() const noexcept;
+
     /// @throws MException that says which argument is wrong and how.
     static RenderOptions Parse(int argumentCount, const char* const* arguments);
 
+    std::optional<std::string> plugin; ///< path; nothing for our own
+    bool isInProcess = false;          ///< our own without a host standard between
     std::string output;               ///< path of the WAV file; empty if there is nothing to render
     std::optional<std::string> state; ///< path; loaded before the settings
     std::optional<std::string> saveState; ///< path; written after the settings, as is the table

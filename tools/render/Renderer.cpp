@@ -4,14 +4,17 @@
 #include <chrono>
 #include <cmath>
 #include <ostream>
+#include <utility>
 
 #include "foundation/values/ValueTexts.h"
-#include "foundation/xml/MXMLItem.h"
 #include "tools/render/ExpectedPitch.h"
 #include "tools/render/Failure.h"
+#include "tools/render/InProcessPlugin.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/MidiFile.h"
 #include "tools/render/ParameterSettings.h"
+#include "tools/render/PluginChoice.h"
+#include "tools/render/PluginParameter.h"
 #include "tools/render/ProgressLine.h"
 #include "tools/render/RenderOptions.h"
 #include "tools/render/StateFile.h"
@@ -25,10 +28,15 @@ Renderer::Renderer(const RenderOptions& renderOptions)
     const bool isRendering = !options.output.empty();
     if (isRendering && options.input)
         OpenInput();
+    ChosenPlugin chosen = ChoosePlugin(options);
+    plugin = std::move(chosen.plugin);
+    inside = chosen.inside;
+    origin = std::move(chosen.origin);
     // A state is read for the channels that there are, all of which play unless it says otherwise.
-    runner.Start(options.channels, rate, 1);
-    if (options.channels >= RenderOptions::MinSurroundChannels)
-        runner.GetPlugin().SetChannelMode(MChannelMode::Surround);
+    constexpr int UsualBlock = 512; // some plugins of others want more than a sample
+    plugin->Start(options.channels, rate, UsualBlock);
+    if (inside != nullptr && options.channels >= RenderOptions::MinSurroundChannels)
+        inside->GetShell().SetChannelMode(MChannelMode::Surround);
     if (options.state)
         LoadState();
     ApplyPluginOptions();
@@ -40,6 +48,8 @@ Renderer::Renderer(const RenderOptions& renderOptions)
         events.AddMessage({0, {0x90, static_cast<std::uint8_t>(note), 127}});
     LoadMidi();
 }
+
+Renderer::~Renderer() = default;
 
 void Renderer::OpenInput()
 {
@@ -60,33 +70,47 @@ void Renderer::OpenInput()
 
 void Renderer::LoadState()
 {
-    MXMLItem state("settings");
-    statefile::Load(*options.state, state);
-    runner.LoadState(state);
+    const auto state = statefile::IsSettings(plugin->SaveState())
+                           ? statefile::LoadSettings(*options.state)
+                           : statefile::Load(*options.state);
+    try
+    {
+        plugin->LoadState(state);
+    }
+    catch (const MException& failure)
+    {
+        throw Failure("cannot load " + Quoted(*options.state), failure.text.ToUTF8());
+    }
 }
 
 void Renderer::ApplyPluginOptions()
 {
-    auto& plugin = runner.GetPlugin();
     if (options.channelMode)
-        plugin.SetChannelMode(*options.channelMode);
+        inside->GetShell().SetChannelMode(*options.channelMode);
     if (options.upsampling || options.isHighQuality)
-        plugin.SetUpsampling(options.upsampling.value_or(plugin.GetWantedUpsampling()),
-                             options.isHighQuality.value_or(plugin.IsHighQualityUpsampling()));
+        ApplyUpsampling();
+    if (options.isBypassed && !plugin->SetBypassed(*options.isBypassed))
+        throw Failure(*options.isBypassed ? "--bypass" : "--no-bypass",
+                      "the plugin has no bypass of its own");
+    if (options.tempo)
+        plugin->SetTempo(*options.tempo);
+}
+
+void Renderer::ApplyUpsampling()
+{
+    auto& shell = inside->GetShell();
+    shell.SetUpsampling(options.upsampling.value_or(shell.GetWantedUpsampling()),
+                        options.isHighQuality.value_or(shell.IsHighQualityUpsampling()));
     // It makes do with less than the state wants, but not with less than the user does.
-    if (options.upsampling && plugin.GetUpsamplingFactor() < *options.upsampling)
+    if (options.upsampling && shell.GetUpsamplingFactor() < *options.upsampling)
         throw Failure("--upsampling " + std::to_string(*options.upsampling),
                       "at " + std::to_string(rate) + " Hz it can be " +
-                          std::to_string(plugin.GetUpsamplingFactor()) + " at most");
-    if (options.isBypassed)
-        plugin.SetBypassed(*options.isBypassed);
-    if (options.tempo)
-        runner.SetTempo(*options.tempo);
+                          std::to_string(shell.GetUpsamplingFactor()) + " at most");
 }
 
 void Renderer::ApplySettings()
 {
-    ParameterSettings parameters(runner);
+    ParameterSettings parameters(*plugin);
     for (const RenderOptions::Setting& setting : options.settings)
     {
         if (setting.value01)
@@ -100,7 +124,7 @@ void Renderer::ApplySettings()
 
 void Renderer::LoadAutomation()
 {
-    const ParameterSettings parameters(runner);
+    const ParameterSettings parameters(*plugin);
     for (const RenderOptions::Automation& automation : options.automations)
     {
         const int index = parameters.Find(automation.name).index;
@@ -151,11 +175,13 @@ void Renderer::SetLength(double seconds)
 void Renderer::Run(std::ostream& report)
 {
     if (options.saveState)
-        SaveState();
+        statefile::Save(*options.saveState, plugin->SaveState());
     if (options.table)
         WriteTable();
+    if (options.isList || !options.output.empty())
+        report << origin << '\n';
     if (options.isList)
-        ParameterSettings(runner).List(report);
+        ParameterSettings(*plugin).List(report);
     if (options.output.empty())
         return;
     Render();
@@ -164,16 +190,9 @@ void Renderer::Run(std::ostream& report)
     PrintReport(report);
 }
 
-void Renderer::SaveState()
-{
-    MXMLItem state("settings");
-    runner.StoreState(state);
-    statefile::Save(*options.saveState, state);
-}
-
 void Renderer::WriteTable()
 {
-    const std::span<const float> cycle = runner.GetCycle();
+    const std::span<const float> cycle = inside->GetCycle();
     WavWriter writer(*options.table, 1, options.rate.value_or(RenderOptions::DefaultRate));
     const std::vector<float> block(cycle.begin(), cycle.end());
     writer.Write(std::span(&block, 1), static_cast<int>(block.size()));
@@ -183,31 +202,44 @@ void Renderer::WriteTable()
 void Renderer::Render()
 {
     WavWriter writer(options.output, options.channels, rate);
-    events.SetDueValues(runner, 0); // before the start, so that nothing moves there
+    events.SetDueValues(*plugin, 0); // before the start, so that nothing moves there
+    if (inside == nullptr)
+        MakeTwin();
     RenderBlocks(writer);
     writer.Commit();
 }
 
+void Renderer::MakeTwin()
+{
+    const std::vector<std::byte> state = plugin->SaveState();
+    if (!statefile::IsSettings(state))
+        return;
+    twin = std::make_unique<InProcessPlugin>();
+    twin->Start(options.channels, rate, 1);
+    twin->LoadState(state);
+    inside = twin.get();
+}
+
 void Renderer::RenderBlocks(WavWriter& writer)
 {
-    auto& plugin = runner.GetPlugin();
     // All buffers of the plugin hold the upsampled block.
-    const int blockFrames = static_cast<int>(
-        std::min({totalFrames + plugin.GetEffectiveLatency(), std::int64_t{options.block},
-                  std::int64_t{RenderOptions::MaxBlock / plugin.GetUpsamplingFactor()}}));
-    runner.Start(options.channels, rate, blockFrames);
-    if (options.midi && !plugin.IsBypassed())
+    const int factor = inside != nullptr ? inside->GetShell().GetUpsamplingFactor() : 1;
+    const int blockFrames =
+        static_cast<int>(std::min({totalFrames + plugin->GetLatency(), std::int64_t{options.block},
+                                   std::int64_t{RenderOptions::MaxBlock / factor}}));
+    plugin->Start(options.channels, rate, blockFrames);
+    if (options.midi && inside != nullptr && !inside->GetShell().IsBypassed())
         MakeNoteTable();
 
     SoundBlocks blocks(options.channels, input ? input->GetChannels() : 0, blockFrames);
     ProgressLine progress(totalFrames);
-    const std::int64_t latency = plugin.GetEffectiveLatency();
+    const std::int64_t latency = plugin->GetLatency();
     const std::int64_t end = totalFrames + latency;
     for (std::int64_t position = 0; position < end;)
     {
         interruption::Check();
-        events.SetDueValues(runner, position);
-        const std::int64_t next = std::min(end, events.SendDueMessages(runner, position));
+        events.SetDueValues(*plugin, position);
+        const std::int64_t next = std::min(end, events.SendDueMessages(*plugin, position));
         const auto frames = static_cast<int>(std::min<std::int64_t>(blockFrames, next - position));
         ProcessBlock(blocks, frames);
 
@@ -226,9 +258,9 @@ void Renderer::MakeNoteTable()
 {
     // At most 36 samples early, and smeared by as many to either side.
     constexpr int FilterReach = 80;
-    const bool isUpsampled = runner.GetPlugin().GetUpsamplingFactor() > 1;
+    const bool isUpsampled = inside->GetShell().GetUpsamplingFactor() > 1;
     noteTable.emplace(PlanNotes(events.GetMessages(), totalFrames),
-                      ExpectedPitch(runner, runner.GetPlugin().GetEffectChannels()), rate,
+                      ExpectedPitch(*inside, inside->GetShell().GetEffectChannels()), rate,
                       isUpsampled ? FilterReach : 0);
 }
 
@@ -239,7 +271,7 @@ void Renderer::ProcessBlock(SoundBlocks& blocks, int frames)
         input->Read(blocks.GetInputs(), frames);
     statistics.Count(frames);
     const auto start = Clock::now();
-    blocks.Process(runner, frames);
+    blocks.Process(*plugin, frames);
     processingSeconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 
@@ -248,7 +280,7 @@ void Renderer::FeedNoteTable(const SoundBlocks& blocks, int frames)
     const auto count = static_cast<std::size_t>(frames);
     const auto outputs = blocks.GetOutputs();
     const MChannelMode mode =
-        outputs.size() == 2 ? runner.GetPlugin().GetChannelMode() : MChannelMode::LeftRight;
+        outputs.size() == 2 ? inside->GetShell().GetChannelMode() : MChannelMode::LeftRight;
     if (mode != MChannelMode::MonoStereo)
     {
         const std::size_t first = mode == MChannelMode::Right ? 1 : 0;
@@ -274,7 +306,7 @@ void Renderer::PrintReport(std::ostream& stream)
     stream << "Speed: " << text::Fixed(seconds / std::max(processingSeconds, 1e-9), 0)
            << " times real time (" << text::Fixed(processingSeconds, 4) << " s)\n";
     if (options.isStatistics)
-        statistics.Print(stream, runner.GetPlugin());
+        statistics.Print(stream, inside->GetShell());
     if (noteTable)
     {
         stream << '\n';

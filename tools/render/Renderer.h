@@ -2,17 +2,20 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "tools/render/HostEvents.h"
 #include "tools/render/NoteTable.h"
-#include "tools/render/PluginRunner.h"
 #include "tools/render/RunStatistics.h"
 #include "tools/render/SoundBlocks.h"
 #include "tools/render/WavReader.h"
 
 struct RenderOptions;
+class HostedPlugin;
+class InProcessPlugin;
 class WavWriter;
 
 /// Does what the options ask for: writes state, cycle and sound, and reports on them.
@@ -22,6 +25,7 @@ public:
     /// Opens the files to read and sets the parameters. @p renderOptions outlives this.
     /// @throws MException if anything about them is wrong.
     explicit Renderer(const RenderOptions& renderOptions);
+    ~Renderer();
 
     /// @throws MException if a file cannot be written; an older one then stays.
     void Run(std::ostream& report);
@@ -30,6 +34,7 @@ private:
     void OpenInput();
     void LoadState();
     void ApplyPluginOptions();
+    void ApplyUpsampling();
     void ApplySettings();
     void LoadAutomation();
     void LoadMidi();
@@ -37,9 +42,9 @@ private:
     double DefaultSeconds(double midiSeconds) const;
     void SetLength(double seconds);
 
-    void SaveState();
     void WriteTable();
     void Render();
+    void MakeTwin();
     void MakeNoteTable();
     void RenderBlocks(WavWriter& writer);
     void ProcessBlock(SoundBlocks& blocks, int frames);
@@ -49,7 +54,12 @@ private:
     void PrintReport(std::ostream& stream);
 
     const RenderOptions& options;
-    PluginRunner runner;
+    std::string origin; ///< what runs, and how
+    std::unique_ptr<HostedPlugin> plugin;
+    /// The plugin, if it is in process; or one that takes its state over when the sound begins and
+    /// tells what it should sound like; null for those of others.
+    InProcessPlugin* inside = nullptr;
+    std::unique_ptr<InProcessPlugin> twin; ///< owns inside, unless that is the plugin
     std::optional<WavReader> input;
     int rate; ///< Hz
     std::int64_t totalFrames = 0;

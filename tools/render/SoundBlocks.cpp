@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "tools/hosting/HostedPlugin.h"
+
 SoundBlocks::SoundBlocks(int channels, int inputChannels, int maxSamples)
 {
     const std::vector<float> silence(static_cast<std::size_t>(maxSamples));
@@ -13,19 +15,19 @@ SoundBlocks::SoundBlocks(int channels, int inputChannels, int maxSamples)
     outputs.assign(count, silence);
     for (std::size_t channel = 0; channel < count; ++channel)
     {
-        inputPointers.at(channel) = channel < inputs.size()
-                                        ? inputs[channel].data()
-                                        : otherInputs[channel - inputs.size()].data();
-        outputPointers.at(channel) = outputs[channel].data();
+        inputPointers.push_back(channel < inputs.size()
+                                    ? inputs[channel].data()
+                                    : otherInputs[channel - inputs.size()].data());
+        outputPointers.push_back(outputs[channel].data());
     }
 }
 
-void SoundBlocks::Process(PluginRunner& runner, int samples)
+void SoundBlocks::Process(HostedPlugin& plugin, int samples)
 {
     if (inputs.size() == 1)
         for (std::vector<float>& other : otherInputs)
             std::copy_n(inputs[0].begin(), samples, other.begin());
-    runner.Process(inputPointers, outputPointers, samples);
+    plugin.Process(inputPointers, outputPointers, samples);
 }
 
 void SoundBlocks::DropOutput(int dropped, int samples)

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "tools/render/PluginRunner.h"
+class HostedPlugin;
 
 /// The memory of one block: what the plugin hears and what it plays, channel by channel.
 class SoundBlocks
@@ -17,8 +17,8 @@ public:
     std::vector<std::vector<float>>& GetInputs() noexcept { return inputs; }
     std::span<const std::vector<float>> GetOutputs() const noexcept { return outputs; }
 
-    /// Lets @p runner make the next @p samples samples.
-    void Process(PluginRunner& runner, int samples);
+    /// Lets @p plugin make the next @p samples samples.
+    void Process(HostedPlugin& plugin, int samples);
     /// Drops the first @p dropped of the @p samples samples that were made.
     void DropOutput(int dropped, int samples);
     /// The largest of the first @p samples samples.
@@ -30,6 +30,6 @@ private:
     /// and modes for a pair of channels need that.
     std::vector<std::vector<float>> otherInputs;
     std::vector<std::vector<float>> outputs;
-    PluginRunner::Pointers<const float> inputPointers{};
-    PluginRunner::Pointers<float> outputPointers{};
+    std::vector<const float*> inputPointers;
+    std::vector<float*> outputPointers;
 };

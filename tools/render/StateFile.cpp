@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <optional>
 #include <span>
 
 #include "foundation/limits.h"
@@ -21,13 +22,20 @@ bool IsCompressed(std::span<const std::uint8_t> bytes)
     return bytes.size() >= 2 && bytes[0] % 16 == 8 && (bytes[0] * 256 + bytes[1]) % 31 == 0;
 }
 
-void Read(const std::filesystem::path& path, MXMLItem& root)
+constexpr auto MaxBytes = static_cast<std::size_t>(limits::InflatedTreeBytes);
+
+std::vector<std::uint8_t> ReadAll(const std::filesystem::path& path)
 {
-    constexpr auto MaxBytes = static_cast<std::size_t>(limits::InflatedTreeBytes);
-    const std::vector<std::uint8_t> bytes = ReadFile(path, MaxBytes);
+    std::vector<std::uint8_t> bytes = ReadFile(path, MaxBytes);
     if (bytes.size() > MaxBytes)
         throw Failure("it is larger than 128 MiB");
-    MMemoryStream stream = MMemoryStream::Refer(std::as_bytes(std::span(bytes)));
+    return bytes;
+}
+
+/// @throws MException if @p bytes are no settings
+void Parse(std::span<const std::uint8_t> bytes, MXMLItem& root)
+{
+    MMemoryStream stream = MMemoryStream::Refer(std::as_bytes(bytes));
     if (IsCompressed(bytes))
         root.LoadCompressed(stream);
     else
@@ -37,13 +45,19 @@ void Read(const std::filesystem::path& path, MXMLItem& root)
     CheckSettingsTree(root);
 }
 
-} // namespace
+std::vector<std::byte> GetBytes(MMemoryStream& stream)
+{
+    stream.Seek(0, MStream::FromStart);
+    return {stream.GetData().begin(), stream.GetData().end()};
+}
 
-void statefile::Load(const std::filesystem::path& path, MXMLItem& root)
+/// What @p load gives; its complaint with @p path in front.
+template <typename Function>
+auto Naming(const std::filesystem::path& path, Function load)
 {
     try
     {
-        Read(path, root);
+        return load();
     }
     catch (const MException& failure)
     {
@@ -51,13 +65,62 @@ void statefile::Load(const std::filesystem::path& path, MXMLItem& root)
     }
 }
 
-void statefile::Save(const std::filesystem::path& path, const MXMLItem& root)
+/// As XML, if it is settings.
+std::optional<std::vector<std::byte>> MakeReadable(std::span<const std::byte> state)
+{
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(state.data()), state.size());
+    if (!IsCompressed(bytes))
+        return std::nullopt;
+    try
+    {
+        MXMLItem root("");
+        Parse(bytes, root);
+        MMemoryStream text;
+        root.Save(text, false, "utf-8");
+        return GetBytes(text);
+    }
+    catch (const MException&)
+    {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+bool statefile::IsSettings(std::span<const std::byte> state)
+{
+    return MakeReadable(state).has_value();
+}
+
+std::vector<std::byte> statefile::LoadSettings(const std::filesystem::path& path)
+{
+    return Naming(path,
+                  [&path]
+                  {
+                      MXMLItem root("");
+                      Parse(ReadAll(path), root);
+                      MMemoryStream stream;
+                      root.SaveCompressed(stream, "utf-8");
+                      return GetBytes(stream);
+                  });
+}
+
+std::vector<std::byte> statefile::Load(const std::filesystem::path& path)
+{
+    return Naming(path,
+                  [&path]
+                  {
+                      const std::vector<std::uint8_t> bytes = ReadAll(path);
+                      const auto state = std::as_bytes(std::span(bytes));
+                      return std::vector<std::byte>(state.begin(), state.end());
+                  });
+}
+
+void statefile::Save(const std::filesystem::path& path, std::span<const std::byte> state)
 {
     PartFile part(path);
-    MMemoryStream text;
-    root.Save(text, false, "utf-8");
-    text.Seek(0, MStream::FromStart);
-    const std::span<const std::byte> bytes = text.GetData();
+    const auto readable = MakeReadable(state);
+    const std::span<const std::byte> bytes = readable ? *readable : state;
 
     errno = 0;
     std::ofstream file(part.GetPath(), std::ios::binary);
