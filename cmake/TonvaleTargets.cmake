@@ -45,16 +45,23 @@ function(tonvale_tests name)
     gtest_discover_tests(tonvale-test-${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
 
-# The plugin module of one host standard, Tonvale.so in a folder of the standard's name:
-# tonvale_module(STANDARD SOURCES ... LINK ...). Exports.map, or Exports.def on Windows, beside the
-# sources names all that it exports.
+# The plugin module of one host standard, with the resources inside it:
+# tonvale_module(STANDARD SOURCES ... LINK ... [FOLDER folder] [SUFFIX suffix]). It is called Tonvale
+# and lies in the folder, which is one of the standard's name unless told. Exports.map, or Exports.def
+# on Windows, beside the sources names all that it exports.
 function(tonvale_module standard)
-    cmake_parse_arguments(MODULE "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(MODULE "" "FOLDER;SUFFIX" "SOURCES;LINK" ${ARGN})
+    if(NOT MODULE_FOLDER)
+        set(MODULE_FOLDER ${CMAKE_BINARY_DIR}/${standard})
+    endif()
+    if(NOT MODULE_SUFFIX)
+        set(MODULE_SUFFIX ${CMAKE_SHARED_MODULE_SUFFIX})
+    endif()
     set(name tonvale-${standard})
     add_library(${name} MODULE ${MODULE_SOURCES})
-    target_link_libraries(${name} PRIVATE tonvale_options ${MODULE_LINK})
-    set_target_properties(${name} PROPERTIES
-        PREFIX "" OUTPUT_NAME Tonvale LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${standard})
+    target_link_libraries(${name} PRIVATE tonvale_options tonvale_resources ${MODULE_LINK})
+    set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME Tonvale SUFFIX ${MODULE_SUFFIX}
+        LIBRARY_OUTPUT_DIRECTORY ${MODULE_FOLDER})
     if(WIN32)
         target_sources(${name} PRIVATE Exports.def)
         return()

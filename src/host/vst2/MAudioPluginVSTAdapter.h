@@ -13,7 +13,6 @@
 #include "host/MIDIQueue.h"
 #include "host/vst2/AudioEffect.h"
 #include "host/vst2/MIDIOutput.h"
-#include "host/vst2/ParameterEchoes.h"
 
 namespace Vst2
 {
@@ -78,8 +77,6 @@ private:
     /// Fills the record, with fewer channels for hosts that know no more.
     void Describe(std::intptr_t hostVersion);
     bool HasParameter(std::int32_t index) const noexcept;
-    /// As the plugin has it, without regard to what the host set.
-    float GetOwnParameter(int index) const;
     bool IsSynth() const noexcept { return (record.flags & AEffect::IsSynth) != 0; }
 
     void ProcessBlock(float** inputs, float** outputs, int samples, bool replacing);
@@ -98,7 +95,6 @@ private:
 
     MModule::User user;
     std::unique_ptr<MAudioPlugin> plugin;
-    ParameterEchoes echoes;
     MMemoryStream chunk; ///< the host's until it asks for the next
     HostTransport transport;
     MIDIQueue inputQueue;

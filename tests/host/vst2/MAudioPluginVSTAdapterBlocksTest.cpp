@@ -29,7 +29,7 @@ TEST(MAudioPluginVSTAdapter, TranslatesTheTransport)
         {"nor are two back", All | 2, 0.0, 4.0, 4.0, true, false, 0.0, -1.0},
         {"more are", All | 2, 2.001, 0.0, 4.0, true, true, 2.001, 4.0},
         {"and on", All | 2, 2.5, 0.0, 4.0, true, false, 2.5, 4.0},
-        {"no position told", 2, 99.0, 0.0, 4.0, true, false, 2.5, -1.0},
+        {"told without the marks of what is told", 2, 3.0, 0.0, 4.0, true, false, 3.0, 4.0},
         {"stopped again", All, 50.0, 0.0, 4.0, false, false, 50.0, 4.0},
     };
     HostUnderTest host;

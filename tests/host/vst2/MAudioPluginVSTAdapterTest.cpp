@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 
@@ -192,14 +193,24 @@ TEST(MAudioPluginVSTAdapter, ReadsBackWhatTheHostSet)
     AEffect& effect = host.Load();
     const std::vector<std::byte> fresh = host.GetChunk();
     const std::vector<float> before = host.GetParameters();
+    // Octaves and semitones to each side are whole, and cut toward none.
+    const std::map<int, float> wholeNumbers = {{2, 3.0f}, {3, 12.0f}};
     for (int index = 0; index < effect.numParams; ++index)
     {
+        const auto whole = wholeNumbers.find(index);
         for (const float value : {0.0f, 0.3f, 0.62f, 1.0f})
         {
+            const float expected =
+                whole == wholeNumbers.end()
+                    ? value
+                    : std::trunc((2.0f * value - 1.0f) * whole->second) / whole->second / 2.0f +
+                          0.5f;
             effect.setParameter(&effect, index, value);
-            EXPECT_NEAR(effect.getParameter(&effect, index), value, 1e-6) << index;
+            EXPECT_NEAR(effect.getParameter(&effect, index), expected, 1e-6) << index;
+            // What is read and set again stays; what is no number changes nothing.
+            effect.setParameter(&effect, index, effect.getParameter(&effect, index));
             effect.setParameter(&effect, index, std::numeric_limits<float>::quiet_NaN());
-            EXPECT_NEAR(effect.getParameter(&effect, index), value, 1e-6) << index;
+            EXPECT_NEAR(effect.getParameter(&effect, index), expected, 1e-6) << index;
         }
         effect.setParameter(&effect, index, 7.0f);
         EXPECT_EQ(effect.getParameter(&effect, index), 1.0f) << index;
@@ -209,7 +220,6 @@ TEST(MAudioPluginVSTAdapter, ReadsBackWhatTheHostSet)
         effect.setParameter(&effect, index, 0.5f);
         EXPECT_EQ(effect.getParameter(&effect, index), 0.0f);
     }
-    // What the host set counts no longer once the parameter is somewhere else.
     EXPECT_EQ(host.SetChunk(fresh), 1);
     for (int index = 0; index < effect.numParams; ++index)
         EXPECT_NEAR(host.GetParameters()[static_cast<std::size_t>(index)],
