@@ -325,8 +325,8 @@ private:
 std::intptr_t FailingEntry(void* instance, std::int32_t command,
                            const MPluginCommandArguments* arguments) noexcept
 {
-    MPlugin* const plugin =
-        instance != nullptr ? static_cast<MPlugin*>(instance) : new FailingEffect;
+    MPlugin* const plugin = instance != nullptr ? static_cast<MPlugin*>(instance)
+                                                : std::make_unique<FailingEffect>().release();
     return plugin->Dispatch(command, arguments);
 }
 

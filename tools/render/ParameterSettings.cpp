@@ -74,6 +74,7 @@ void ParameterSettings::List(std::ostream& stream) const
 std::vector<PluginParameter> ParameterSettings::GetParameters() const
 {
     std::vector<PluginParameter> parameters;
+    parameters.reserve(static_cast<std::size_t>(plugin.GetParameterCount()));
     for (int index = 0; index < plugin.GetParameterCount(); ++index)
         parameters.push_back({&plugin, index});
     return parameters;

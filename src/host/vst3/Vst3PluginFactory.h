@@ -9,6 +9,7 @@ namespace Vst3
 
 /// The one class of this module. The factory itself is no allocated object and never ends, so it
 /// may be asked at any time and leaves nothing behind; its references are only counted.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): hosts call none of interfaces
 class PluginFactory final : public IPluginFactory3
 {
 public:

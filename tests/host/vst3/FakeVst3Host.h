@@ -190,8 +190,10 @@ public:
         factory.createInstance(reinterpret_cast<const char*>(info.cid.data()),
                                reinterpret_cast<const char*>(Vst3::IComponent::Id.data()),
                                reinterpret_cast<void**>(&component));
+        // NOLINTBEGIN(cppcoreguidelines-prefer-member-initializer): they ask the component
         processor = Ask<Vst3::IAudioProcessor>();
         controller = Ask<Vst3::IEditController>();
+        // NOLINTEND(cppcoreguidelines-prefer-member-initializer)
     }
     ~Instance() { component->release(); }
     Instance(const Instance&) = delete;
