@@ -169,13 +169,14 @@ MString& MString::operator=(const MString& other) noexcept
 
 MString MString::FromNarrow(std::string_view characters)
 {
-    MString result;
     if (characters.empty())
-        return result;
-    std::ranges::transform(characters, result.Open(0, characters.size()),
-                           [](char character)
-                           { return Widen(static_cast<signed char>(character)); });
-    return result;
+        return {};
+    Block* const block = Block::Allocate(characters.size());
+    *std::ranges::transform(characters, block->Characters(),
+                            [](char character)
+                            { return Widen(static_cast<signed char>(character)); })
+         .out = 0;
+    return {block, characters.size()};
 }
 
 MString MString::FromUTF16(std::u16string_view characters)
@@ -368,6 +369,11 @@ int MString::Compare(const MString& other) const noexcept
 {
     if (IsSharedWith(other))
         return 0;
+    // Most names differ in their first letter.
+    const char16_t first = ToLowerASCII(CharAt(0));
+    const char16_t otherFirst = ToLowerASCII(other.CharAt(0));
+    if (first != otherFirst && first < FirstFolded && otherFirst < FirstFolded)
+        return first - otherFirst;
     return WithCharacters(
         [&other](auto own) {
             return other.WithCharacters([own](auto others) { return CompareFolded(own, others); });

@@ -6,6 +6,22 @@
 namespace
 {
 
+/// What most stored integers are, as literals, which cost nothing.
+constexpr auto SmallNumbers = []
+{
+    std::array<std::array<char, 4>, 256> texts{};
+    for (std::size_t number = 0; number < texts.size(); ++number)
+    {
+        char* end = texts[number].data();
+        if (number >= 100)
+            *end++ = static_cast<char>('0' + number / 100);
+        if (number >= 10)
+            *end++ = static_cast<char>('0' + number / 10 % 10);
+        *end = static_cast<char>('0' + number % 10);
+    }
+    return texts;
+}();
+
 MString FromDigits(std::uint64_t magnitude, bool isNegative, int radix, int width, char16_t fill)
 {
     std::array<char, numbertext::MostDigits> buffer;
@@ -32,6 +48,8 @@ MString MString::FromDouble(double value, int decimals)
 MString MString::FromInteger(std::int64_t value, int radix, int width, char16_t fill)
 {
     const auto magnitude = static_cast<std::uint64_t>(value);
+    if (magnitude < SmallNumbers.size() && radix == 10 && width <= 1)
+        return SmallNumbers[magnitude].data();
     return FromDigits(value < 0 ? 0 - magnitude : magnitude, value < 0, radix, width, fill);
 }
 

@@ -34,8 +34,15 @@ std::size_t CopyASCII(std::span<const From> source, To* target, std::size_t room
     const std::size_t last = std::min(source.size(), room);
     std::size_t done = 0;
     for (; done + Round <= last && IsASCII(source.data() + done); done += Round)
+    {
+        // By way of locals, so that the compiler knows that nothing overlaps.
+        std::array<From, Round> from;
+        std::memcpy(from.data(), source.data() + done, sizeof(from));
+        std::array<To, Round> to;
         for (std::size_t i = 0; i < Round; ++i)
-            target[done + i] = static_cast<To>(source[done + i]);
+            to[i] = static_cast<To>(from[i]);
+        std::memcpy(target + done, to.data(), sizeof(to));
+    }
     // Less than a round is left, or what is no ASCII stands in it.
     for (; done < last && static_cast<char16_t>(source[done]) < 0x80; ++done)
         target[done] = static_cast<To>(source[done]);

@@ -86,13 +86,10 @@ struct Find
     }
 };
 
-/// Whether @p text begins with @p name and no more of a name.
-bool StartsWithName(std::u16string_view text, const MString& name)
+/// Whether @p text begins with @p start.
+bool StartsWith(std::u16string_view text, const MString& start)
 {
-    const auto length = static_cast<std::size_t>(name.Length());
-    if (length == 0 || length >= text.size() || !EndsName(text[length]))
-        return false;
-    return name.WithCharacters(
+    return start.WithCharacters(
         [text](auto characters)
         {
             // Names are so short that a call of the library would take longer.
@@ -101,6 +98,20 @@ bool StartsWithName(std::u16string_view text, const MString& name)
                     return false;
             return true;
         });
+}
+
+/// Whether @p text begins with @p name and no more of a name.
+bool StartsWithName(std::u16string_view text, const MString& name)
+{
+    const auto length = static_cast<std::size_t>(name.Length());
+    return length > 0 && length < text.size() && EndsName(text[length]) && StartsWith(text, name);
+}
+
+/// Whether @p text begins with @p value and the quote behind it.
+bool StartsWithValue(std::u16string_view text, const MString& value)
+{
+    const auto length = static_cast<std::size_t>(value.Length());
+    return length < text.size() && text[length] == u'"' && StartsWith(text, value);
 }
 
 /// Skips blanks and then @p expected, or tells that something else stands there.
@@ -242,8 +253,8 @@ bool MMLParser::ReadElement(XMLSource& source)
         }
         if (next == XMLSource::NoMore || EndsName(static_cast<char16_t>(next)))
             Refuse("Special character found where attribute expected.");
-        const MString& attribute = ReadName(
-            source, attributeGuesses[std::min(attributes.size(), attributeGuesses.size() - 1)]);
+        const std::size_t place = std::min(attributes.size(), attributeGuesses.size() - 1);
+        const MString& attribute = ReadName(source, attributeGuesses[place]);
         if (isSpecial && attribute.Length() == 1 && next == u'?')
         {
             if (!SkipToken(source, u'>'))
@@ -254,7 +265,7 @@ bool MMLParser::ReadElement(XMLSource& source)
             Refuse("Invalid character found where attribute expected.");
         if (attributes.size() == limits.attributes)
             Refuse("Too many attributes.");
-        attributes.emplace_back(attribute, ReadValue(source));
+        attributes.emplace_back(attribute, ReadValue(source, valueGuesses[place]));
     }
 }
 
@@ -288,7 +299,7 @@ const MString& MMLParser::ReadName(XMLSource& source, MString& guess)
     return guess;
 }
 
-MString MMLParser::ReadValue(XMLSource& source)
+MString MMLParser::ReadValue(XMLSource& source, MString& guess)
 {
     if (!SkipToken(source, u'"'))
     {
@@ -297,14 +308,19 @@ MString MMLParser::ReadValue(XMLSource& source)
         return token.find(u'&') == std::u16string_view::npos ? MakeValue(token) : Decode(token);
     }
 
+    if (StartsWithValue(source.Peek(), guess))
+    {
+        source.Skip(static_cast<std::size_t>(guess.Length()) + 1);
+        return guess;
+    }
     // Values without an entity go straight from the source into the text.
     const std::u16string_view plain = source.ReadUntil(FindPlainEnd{}, limits.textCharacters);
     CheckText(plain.size());
     if (source.PeekCharacter() == u'"')
     {
-        MString value = MakeValue(plain);
+        guess = MakeValue(plain);
         source.Skip(1);
-        return value;
+        return guess;
     }
     std::u16string encoded(plain);
     encoded += source.ReadUntil(Find<u'"'>{}, limits.textCharacters - plain.size());

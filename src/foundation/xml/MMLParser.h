@@ -71,7 +71,8 @@ private:
     /// Reads a name into @p guess, which is the one that stood at a like place before: most often
     /// it stands here again.
     const MString& ReadName(XMLSource& source, MString& guess);
-    MString ReadValue(XMLSource& source);
+    /// Likewise, so that what is the same in many records is one text.
+    MString ReadValue(XMLSource& source, MString& guess);
     MString Decode(std::u16string_view encoded);
     MString MakeValue(std::u16string_view characters);
     void CheckText(std::size_t characters) const;
@@ -88,6 +89,7 @@ private:
     MString elementGuess;
     MString closingGuess;
     std::array<MString, 16> attributeGuesses; ///< by their number, the last one for all others
+    std::array<MString, 16> valueGuesses;     ///< likewise
     MStringSlab values;
     std::array<MString, 128> texts; ///< seen lately, by a hash of their spelling
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <iterator>
 #include <utility>
 
@@ -18,6 +19,25 @@
 
 namespace
 {
+
+/// As many as most items have, so that their memory is made once.
+constexpr std::size_t UsualAttributes = 8;
+
+/// Up to here a search through all is faster than a binary one.
+constexpr std::size_t FewAttributes = 16;
+
+/// What most stored numbers are; as literals they cost nothing.
+struct RoundNumber
+{
+    double value;
+    const char* text;
+};
+
+constexpr RoundNumber RoundNumbers[] = {
+    {0.0, "0.000000000000"},
+    {1.0, "1.000000000000"},
+    {-1.0, "-1.000000000000"},
+};
 
 std::vector<std::byte> ReadAll(MStream& stream)
 {
@@ -53,36 +73,47 @@ const MString& MXMLItem::GetAttribute() const
     if (foundAttribute == nullptr)
         throw MException("There is no attribute in the cache. Previous call to HasAttribute "
                          "probably did not succeed.");
-    return foundAttribute->value;
+    return *foundAttribute;
 }
 
 MString MXMLItem::GetAttribute(const MString& attributeName, const MString& defaultValue) const
 {
-    const MAttribute* const attribute = FindAttribute(attributeName);
-    return attribute == nullptr ? defaultValue : attribute->value;
+    const MString* const value = FindAttribute(attributeName);
+    return value == nullptr ? defaultValue : *value;
 }
 
 const MString& MXMLItem::GetRequiredAttribute(const MString& attributeName) const
 {
-    const MAttribute* const attribute = FindAttribute(attributeName);
-    if (attribute == nullptr)
+    const MString* const value = FindAttribute(attributeName);
+    if (value == nullptr)
         RefuseMissing("Could not find required attribute ({0}).", attributeName);
-    return attribute->value;
+    return *value;
 }
 
-void MXMLItem::SetAttribute(const MString& attributeName, const MString& value)
+void MXMLItem::SetAttribute(const MString& attributeName, MString value)
 {
     ForgetFound();
+    if (attributes.empty())
+        attributes.reserve(UsualAttributes);
+    // Who stores much does it in sorted order.
+    if (attributes.empty() || attributes.back().name.Compare(attributeName) < 0)
+    {
+        attributes.emplace_back(attributeName, std::move(value));
+        return;
+    }
     const std::size_t place = Place(attributeName);
     if (StandsAt(place, attributeName))
-        attributes[place].value = value;
+        attributes[place].value = std::move(value);
     else
-        attributes.insert(attributes.begin() + static_cast<std::ptrdiff_t>(place),
-                          {attributeName, value});
+        attributes.emplace(attributes.begin() + static_cast<std::ptrdiff_t>(place), attributeName,
+                           std::move(value));
 }
 
 void MXMLItem::SetAttribute(const MString& attributeName, double value)
 {
+    for (const RoundNumber& round : RoundNumbers)
+        if (std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(round.value))
+            return SetAttribute(attributeName, MString(round.text));
     SetAttribute(attributeName, MString::FromDouble(value, 12));
 }
 
@@ -268,10 +299,21 @@ std::vector<std::byte> MXMLItem::LoadBytes(bool isCompressed) const
     return ReadAll(inflated);
 }
 
-const MAttribute* MXMLItem::FindAttribute(const MString& attributeName) const noexcept
+const MString* MXMLItem::FindAttribute(const MString& attributeName) const noexcept
 {
+    // Most items have few, whose lengths tell them apart faster than their order does.
+    const int length = attributeName.Length();
+    if (attributes.size() <= FewAttributes)
+    {
+        const auto found = std::ranges::find_if(
+            attributes,
+            [&attributeName, length](const MString& candidate)
+            { return candidate.Length() == length && candidate == attributeName; },
+            &MAttribute::name);
+        return found == attributes.end() ? nullptr : &found->value;
+    }
     const std::size_t place = Place(attributeName);
-    return StandsAt(place, attributeName) ? &attributes[place] : nullptr;
+    return StandsAt(place, attributeName) ? &attributes[place].value : nullptr;
 }
 
 MXMLItem* MXMLItem::FindSubItem(const MString& itemName) const noexcept

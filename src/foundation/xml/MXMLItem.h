@@ -40,11 +40,13 @@ public:
     /// @throws MException (0) "There is no attribute in the cache. ..." if it found none.
     const MString& GetAttribute() const;
     MString GetAttribute(const MString& attributeName, const MString& defaultValue) const;
+    /// The value, or null if there is none; valid until this item changes.
+    const MString* FindAttribute(const MString& attributeName) const noexcept;
     /// @throws MException (256) "Could not find required attribute ({0})."
     const MString& GetRequiredAttribute(const MString& attributeName) const;
     /// Replaces the value, or adds the attribute at its sorted place. Numbers are decimal texts,
     /// doubles with twelve decimals; a bool is 0 or 1.
-    void SetAttribute(const MString& attributeName, const MString& value);
+    void SetAttribute(const MString& attributeName, MString value);
     void SetAttribute(const MString& attributeName, double value);
     void SetAttribute(const MString& attributeName, int value);
     void RemoveAttribute(const MString& attributeName);
@@ -95,7 +97,6 @@ public:
     std::vector<std::byte> LoadBytes(bool isCompressed) const;
 
 private:
-    const MAttribute* FindAttribute(const MString& attributeName) const noexcept;
     MXMLItem* FindSubItem(const MString& itemName) const noexcept;
     /// Where the attribute stands, or would stand, in attributes.
     std::size_t Place(const MString& attributeName) const noexcept;
@@ -115,6 +116,6 @@ private:
     MString name;
     MString text;
     std::vector<MAttribute> attributes;
-    const MAttribute* foundAttribute = nullptr;
+    const MString* foundAttribute = nullptr; ///< its value
     MXMLItem* foundSubItem = nullptr;
 };

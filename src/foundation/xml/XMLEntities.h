@@ -31,4 +31,13 @@ constexpr std::string_view Encode(char16_t character) noexcept
     return character < Encodings.size() ? Encodings[character] : std::string_view{};
 }
 
+/// For the lower byte of a character whether Encode may give a name.
+inline constexpr auto MayBeEncoded = []
+{
+    std::array<bool, 256> may{};
+    for (std::size_t i = 0; i < may.size(); ++i)
+        may[i] = !Encodings[i].empty();
+    return may;
+}();
+
 } // namespace xmlentities

@@ -1,6 +1,8 @@
 #include "foundation/xml/XMLWriter.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 #include "foundation/streams/MStream.h"
 #include "foundation/threads/MException.h"
@@ -15,6 +17,36 @@ constexpr int LineCharacters = 60;
 
 /// In the compact form elements above this depth end a line.
 constexpr int CompactLineDepth = 2;
+
+/// Characters that are copied at once.
+constexpr std::size_t Round = 8;
+
+/// A narrow character is signed, and this widens it as a literal does.
+template <typename Character>
+inline void Copy(std::span<const Character> text, char16_t* target) noexcept
+{
+    const auto copySome = [source = text.data(), target](std::size_t at, std::size_t count)
+    {
+        for (std::size_t i = at; i < at + count; ++i)
+            target[i] = static_cast<char16_t>(source[i]);
+    };
+    if (text.size() < Round)
+        return copySome(0, text.size());
+    const std::size_t last = text.size() - Round;
+    for (std::size_t at = 0; at < last; at += Round)
+        copySome(at, Round);
+    copySome(last, Round); // some of it again
+}
+
+/// Whether any character may be one that is written by name.
+template <typename Character>
+inline bool MayBeEncoded(std::span<const Character> text) noexcept
+{
+    bool mayBe = false;
+    for (const Character character : text)
+        mayBe |= xmlentities::MayBeEncoded[static_cast<std::uint8_t>(character)];
+    return mayBe;
+}
 
 bool HasContent(const MXMLItem& item) noexcept
 {
@@ -100,6 +132,9 @@ void XMLWriter::PutEncoded(const MString& text)
 template <typename Character>
 void XMLWriter::PutEncoded(std::span<const Character> text)
 {
+    // Nearly all texts are plain.
+    if (!MayBeEncoded(text))
+        return PutPlain(text);
     while (!text.empty())
     {
         std::size_t plain = 0;
@@ -117,15 +152,18 @@ void XMLWriter::PutEncoded(std::span<const Character> text)
 template <typename Character>
 void XMLWriter::PutPlain(std::span<const Character> text)
 {
+    if (text.size() <= block.size() - fill)
+    {
+        Copy(text, block.data() + fill);
+        fill += text.size();
+        return;
+    }
     while (!text.empty())
     {
         if (fill == block.size())
             EncodeBlock();
         const std::size_t count = std::min(text.size(), block.size() - fill);
-        // A narrow character is signed, and this widens it as a literal does.
-        std::ranges::transform(text.first(count), block.data() + fill,
-                               [](Character character)
-                               { return static_cast<char16_t>(character); });
+        Copy(text.first(count), block.data() + fill);
         fill += count;
         text = text.subspan(count);
     }
@@ -141,7 +179,8 @@ void XMLWriter::PutTagStart(const MXMLItem& item)
     {
         Put(u' ');
         Put(attribute.name);
-        Put("=\"");
+        Put(u'=');
+        Put(u'"');
         PutEncoded(attribute.value);
         Put(u'"');
     }
