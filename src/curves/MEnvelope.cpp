@@ -41,7 +41,8 @@ void StoreSwitch(MXMLItem& item, const char* key, bool isOn)
 
 bool LoadSwitch(const MXMLItem& item, const char* key)
 {
-    return item.GetAttribute(key, MString()).ToInteger() != 0;
+    const MString* const text = item.FindAttribute(key);
+    return text != nullptr && text->ToInteger() != 0;
 }
 
 } // namespace
@@ -134,6 +135,8 @@ void MEnvelope::Load(MXMLItem& item)
     SnapToGridX = LoadSwitch(item, "SnapToGridX");
     SnapToGridY = LoadSwitch(item, "SnapToGridY");
     points.clear();
+    // Sanitising may add one.
+    points.reserve(std::min(item.GetSubItems().size(), std::size_t{limits::CurvePoints}) + 1);
     const MString pointName = "Point";
     for (const auto& subItem : item.GetSubItems())
         if (subItem->GetName() == pointName)

@@ -35,20 +35,19 @@ void StoreUnlessZero(MXMLItem& item, const char* key, double value)
 
 double LoadNumber(const MXMLItem& item, const char* key)
 {
-    return item.GetAttribute(key, MString()).ToDouble();
+    const MString* const text = item.FindAttribute(key);
+    return text != nullptr ? text->ToDouble() : 0.0;
 }
 
-std::uint8_t LoadFlags(MXMLItem& item)
+std::uint8_t LoadFlags(const MXMLItem& item)
 {
-    const auto read = [&item](const char* key)
-    {
-        const std::int64_t flags = item.GetAttribute(key, MString()).ToInteger();
-        return static_cast<std::uint8_t>(std::clamp<std::int64_t>(flags, 0, 255));
-    };
-    if (item.HasAttribute("Flags"))
-        return read("Flags");
+    const auto read = [](const MString& text)
+    { return static_cast<std::uint8_t>(std::clamp<std::int64_t>(text.ToInteger(), 0, 255)); };
+    if (const MString* const flags = item.FindAttribute("Flags"))
+        return read(*flags);
     // Older files know only whether a point is fixed.
-    return read("fixed") | MEnvelopePoint::DefaultFlags;
+    const MString* const fixed = item.FindAttribute("fixed");
+    return (fixed != nullptr ? read(*fixed) : std::uint8_t{0}) | MEnvelopePoint::DefaultFlags;
 }
 
 } // namespace
@@ -73,16 +72,16 @@ const char* MEnvelopePoint::GetSmoothingName(std::int32_t smoothingType) noexcep
 
 void MEnvelopePoint::Store(MXMLItem& item) const
 {
-    StoreUnlessZero(item, "x", X);
-    StoreUnlessZero(item, "y", Y);
     StoreUnlessZero(item, "c", Curvature);
     StoreUnlessZero(item, "cx", CurvatureX);
-    item.SetAttribute("Type", GetTypeInfo(Type).name);
     item.SetAttribute("Flags", Flags);
     item.SetAttribute("SmoothingType", GetSmoothingName(SmoothingType));
     StoreUnlessZero(item, "SmoothX1", SmoothX1);
     if (!Has(LockSides))
         StoreUnlessZero(item, "SmoothX2", SmoothX2);
+    item.SetAttribute("Type", GetTypeInfo(Type).name);
+    StoreUnlessZero(item, "x", X);
+    StoreUnlessZero(item, "y", Y);
 }
 
 void MEnvelopePoint::Load(MXMLItem& item)
@@ -91,12 +90,13 @@ void MEnvelopePoint::Load(MXMLItem& item)
     Y = LoadNumber(item, "y");
     Curvature = std::clamp(LoadNumber(item, "c"), -1.0, 1.0);
     CurvatureX = std::clamp(LoadNumber(item, "cx"), -1.0, 1.0);
-    if (item.HasAttribute("Type"))
-        Type = FindType(item.GetAttribute());
+    if (const MString* const type = item.FindAttribute("Type"))
+        Type = FindType(*type);
     else // files older than the types
         Type = Curvature == 0.0 ? ControlType::Mode2 : ControlType::Mode3;
     Flags = LoadFlags(item);
-    SmoothingType = item.GetAttribute("SmoothingType", MString()) == GetSmoothingName(1) ? 1 : 0;
+    const MString* const smoothing = item.FindAttribute("SmoothingType");
+    SmoothingType = smoothing != nullptr && *smoothing == GetSmoothingName(1) ? 1 : 0;
     SmoothX1 = std::clamp(LoadNumber(item, "SmoothX1"), 0.0, 1.0);
     SmoothX2 = Has(LockSides) ? SmoothX1 : std::clamp(LoadNumber(item, "SmoothX2"), 0.0, 1.0);
 }

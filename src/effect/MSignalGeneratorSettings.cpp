@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/strings/MStringFormatter.h"
+#include "foundation/strings/NumberedNames.h"
 #include "foundation/xml/MXMLItem.h"
 
 namespace
 {
 
-MString HarmonicKey(const MString& format, std::size_t index)
-{
-    return MStringFormatter(format).Add(static_cast<int>(index) + 2).Result();
-}
+using OperationsSettings = MSignalGeneratorOperationsSettings;
+
+constexpr auto HarmonicKeys = MakeNumberedNames<OperationsSettings::HarmonicCount>("Harmonic", 2);
+constexpr auto HarmonicPhaseKeys =
+    MakeNumberedNames<OperationsSettings::HarmonicCount>("HarmonicPhase", 2);
+constexpr auto StepKeys = MakeNumberedNames<MSignalGeneratorSettings::MaxStepCount>("Item");
 
 /// Calls @p visit with the key of each amount and the amount, of constant operations or others.
 template <class Operations, class Visitor>
@@ -21,10 +23,10 @@ void VisitAmounts(Operations& operations, const Visitor& visit)
     visit("Skew", operations.Skew);
     visit("FullSkew", operations.FullSkew);
     visit("Halve", operations.Halve);
-    for (std::size_t i = 0; i < MSignalGeneratorOperationsSettings::HarmonicCount; ++i)
+    for (std::size_t i = 0; i < OperationsSettings::HarmonicCount; ++i)
     {
-        visit(HarmonicKey("Harmonic{0}", i), operations.Harmonic[i]);
-        visit(HarmonicKey("HarmonicPhase{0}", i), operations.HarmonicPhase[i]);
+        visit(HarmonicKeys[i].data(), operations.Harmonic[i]);
+        visit(HarmonicPhaseKeys[i].data(), operations.HarmonicPhase[i]);
     }
 }
 
@@ -38,12 +40,14 @@ void StoreSwitch(MXMLItem& item, const MString& key, bool isEnabled)
 
 bool LoadSwitch(const MXMLItem& item, const MString& key)
 {
-    return item.GetAttribute(key, "0").ToInteger() != 0;
+    const MString* const text = item.FindAttribute(key);
+    return text != nullptr && text->ToInteger() != 0;
 }
 
-MString StepKey(std::size_t step)
+double LoadAmount(const MXMLItem& item, const MString& key)
 {
-    return MStringFormatter("Item{0}").Add(static_cast<int>(step)).Result();
+    const MString* const text = item.FindAttribute(key);
+    return text != nullptr ? text->ToDouble() : 0.0;
 }
 
 } // namespace
@@ -72,19 +76,14 @@ void MSignalGeneratorOperationsSettings::Store(MXMLItem& item) const
 
 void MSignalGeneratorOperationsSettings::Load(MXMLItem& item)
 {
-    MEnvelope transform = Transform;
-    MEnvelope amplitudeTransform = AmplitudeTransform;
     if (item.HasSubItem("Transform"))
-        transform.Load(item.GetSubItem());
+        Transform.Load(item.GetSubItem());
     if (item.HasSubItem("AmplitudeTransform"))
-        amplitudeTransform.Load(item.GetSubItem());
-
-    VisitAmounts(*this, [&item](const MString& key, double& amount)
-                 { amount = item.GetAttribute(key, "0").ToDouble(); });
+        AmplitudeTransform.Load(item.GetSubItem());
+    VisitAmounts(*this,
+                 [&item](const MString& key, double& amount) { amount = LoadAmount(item, key); });
     TransformEnable = LoadSwitch(item, "TransformEnable");
     AmplitudeTransformEnable = LoadSwitch(item, "AmplitudeTransformEnable");
-    Transform = std::move(transform);
-    AmplitudeTransform = std::move(amplitudeTransform);
 }
 
 MSignalGeneratorSettings::MSignalGeneratorSettings()
@@ -105,9 +104,9 @@ int MSignalGeneratorSettings::CountSteps() const noexcept
 
 void MSignalGeneratorSettings::Store(MXMLItem& item) const
 {
-    item.SetAttribute("value", Shape);
-    item.SetAttribute("Smoothness", Smoothness);
     item.SetAttribute("EnvelopeDepth", EnvelopeDepth);
+    item.SetAttribute("Smoothness", Smoothness);
+    item.SetAttribute("value", Shape);
     Envelope.Store(item.GetOrAddSubItem("Envelope"));
     StoreSteps(item.GetOrAddSubItem("Step"));
 }
@@ -115,25 +114,21 @@ void MSignalGeneratorSettings::Store(MXMLItem& item) const
 void MSignalGeneratorSettings::StoreSteps(MXMLItem& steps) const
 {
     steps.Clear(); // more steps may have been in use
-    steps.SetAttribute("StepItemCount", CountSteps());
-    steps.SetAttribute("StepDepth", StepDepth);
     for (std::size_t step = 0; step < static_cast<std::size_t>(CountSteps()); ++step)
-        steps.SetAttribute(StepKey(step), double{StepValues[step]});
+        steps.SetAttribute(StepKeys[step].data(), double{StepValues[step]});
+    steps.SetAttribute("StepDepth", StepDepth);
+    steps.SetAttribute("StepItemCount", CountSteps());
 }
 
 void MSignalGeneratorSettings::Load(MXMLItem& item)
 {
     if (item.HasSubItem("Envelope"))
-    {
-        MEnvelope envelope = Envelope; // it may throw
-        envelope.Load(item.GetSubItem());
-        Envelope = std::move(envelope);
-    }
+        Envelope.Load(item.GetSubItem());
     if (item.HasAttribute("value"))
         Shape = item.GetAttribute().ToDouble();
     if (item.HasAttribute("Smoothness"))
         Smoothness = std::clamp(item.GetAttribute().ToDouble(), 0.0, 1.0);
-    EnvelopeDepth = item.GetAttribute("EnvelopeDepth", "0").ToDouble();
+    EnvelopeDepth = LoadAmount(item, "EnvelopeDepth");
     if (item.HasSubItem("Step"))
         LoadSteps(item.GetSubItem());
 }
@@ -149,7 +144,7 @@ void MSignalGeneratorSettings::LoadSteps(MXMLItem& steps)
     { StepValues[step] = static_cast<float>(std::clamp(text.ToDouble(), -1.0, 1.0)); };
     for (std::size_t step = 0; step < static_cast<std::size_t>(CountSteps()); ++step)
     {
-        const MString key = StepKey(step);
+        const MString key = StepKeys[step].data();
         if (steps.HasAttribute(key))
             setValue(step, steps.GetAttribute());
         else if (steps.HasSubItem(key))

@@ -18,7 +18,7 @@ struct MSignalGeneratorOperationsSettings
     /// Zeros and disabled switches are left out, and removed where they stood.
     void Store(MXMLItem& item) const;
     /// What is missing becomes 0 or disabled; missing curves stay. Throws what MEnvelope::Load
-    /// throws, with all fields as they were.
+    /// throws, and then leaves a part of the new state.
     void Load(MXMLItem& item);
 
     double Skew = 0.0;                                 ///< -1.0 to 1.0, bend with both ends alike
@@ -43,7 +43,7 @@ struct MSignalGeneratorSettings
     /// Writes to the item that its owner named, over what stood there.
     void Store(MXMLItem& item) const;
     /// The depth of the curve becomes 0 if it is missing, all else keeps its value. Throws what
-    /// MEnvelope::Load throws, with all fields as they were.
+    /// MEnvelope::Load throws, and then leaves a part of the new state.
     void Load(MXMLItem& item);
     /// StepItemCount within its range.
     int CountSteps() const noexcept;
@@ -66,7 +66,7 @@ private:
 struct MSignalGeneratorState
 {
     void Store(MXMLItem& item) const;
-    /// See the parts. What throws leaves a part of the new state.
+    /// See the parts.
     void Load(MXMLItem& item);
 
     MSignalGeneratorSettings settings;
