@@ -1,8 +1,11 @@
 #include "effect/MPlugin.h"
 
+#include <memory>
+
 #include "effect/MPluginParameterRecord.h"
 #include "foundation/threads/MLockGuard.h"
 #include "foundation/xml/MStorageDescriptor.h"
+#include "foundation/xml/MXMLItem.h"
 
 MPlugin::MPlugin() noexcept : lock(&ownLock) {}
 
@@ -96,6 +99,13 @@ bool MPlugin::Load(MXMLItem& item)
     Update();
     ResetParameterRamps();
     return true;
+}
+
+std::function<void()> MPlugin::KeepState()
+{
+    const auto kept = std::make_shared<MXMLItem>("settings");
+    Store(*kept);
+    return [this, kept] { Load(*kept); };
 }
 
 std::int32_t MPlugin::GenerateRandomSettings(double amount)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "effect/MPluginCommands.h"
 #include "effect/MPluginInfo.h"
@@ -36,6 +37,9 @@ public:
     virtual bool Store(MXMLItem& item);
     /// Tolerant: what is missing takes its default. Ends with no ramp under way.
     virtual bool Load(MXMLItem& item);
+    /// What brings the present state back, for who is about to load another; it is dropped if all
+    /// goes well. Plugins that load often keep values in place of the stored texts.
+    virtual std::function<void()> KeepState();
     /// For state beyond the records, in both directions.
     virtual void StoreExtras(const MStorageDescriptor& /*storage*/) {}
     virtual void LoadFinished() {}

@@ -46,6 +46,21 @@ void MPluginParameterRecord::SetInt(const MString& parameterName, std::int32_t m
     range.asInt = {min, max, defaultValue, defaultValue, defaultValue};
 }
 
+double MPluginParameterRecord::GetNumber() const noexcept
+{
+    if (type == MParameterType::Int)
+        return range.asInt.value;
+    return type == MParameterType::Float ? double{range.asFloat.value} : 0.0;
+}
+
+void MPluginParameterRecord::SetNumber(double number) noexcept
+{
+    if (type == MParameterType::Int)
+        range.asInt.value = static_cast<std::int32_t>(number);
+    else if (type == MParameterType::Float)
+        range.asFloat.value = number;
+}
+
 double MPluginParameterRecord::Effective() const noexcept
 {
     if (type == MParameterType::Int)
@@ -101,14 +116,16 @@ void MPluginParameterRecord::Load(MXMLItem& item)
     fullKey.Append(key);
     const auto read = [&](const MString& defaultText)
     { return item.GetAttribute(fullKey, defaultText); };
+    const MString* const stored = item.FindAttribute(fullKey);
 
     switch (type)
     {
     case MParameterType::Float:
     {
         FloatRange& r = range.asFloat;
-        const MString stored = read(MString::FromDouble(r.defaultValue, 6));
-        r.value = std::clamp(stored.ToDouble(), r.min, r.max);
+        const double number =
+            (stored != nullptr ? *stored : MString::FromDouble(r.defaultValue, 6)).ToDouble();
+        r.value = std::clamp(number, r.min, r.max);
         break;
     }
     case MParameterType::Int:

@@ -88,6 +88,10 @@ struct MPluginParameterRecord
                 std::int32_t defaultValue);
 
     bool Has(std::uint32_t flag) const noexcept { return (flags & flag) != 0; }
+    /// What the user set a float or int to; others have no number.
+    double GetNumber() const noexcept;
+    /// Takes what GetNumber returned.
+    void SetNumber(double number) noexcept;
     /// Value of a float or int as the effect hears it.
     double Effective() const noexcept;
     /// Turns modulation on or off; it starts from the value where the user left it.

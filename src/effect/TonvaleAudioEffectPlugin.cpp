@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "dsp/kernels/Arithmetic.h"
 #include "dsp/kernels/Cycles.h"
@@ -222,4 +223,29 @@ bool TonvaleAudioEffectPlugin::Load(MXMLItem& item)
         generator.Load(item.GetSubItem()); // may refuse the state, with all as it was
     noteIndex = static_cast<std::int32_t>(item.GetAttribute("NoteIndex", DefaultNote).ToInteger());
     return MAudioEffectPlugin::Load(item);
+}
+
+std::function<void()> TonvaleAudioEffectPlugin::KeepState()
+{
+    struct Kept
+    {
+        MSignalGeneratorState shape;
+        std::int32_t note;
+        std::array<double, ParameterCount> values;
+    };
+    const MLockGuard guard(GetLock());
+    const auto kept = std::make_shared<Kept>();
+    kept->shape = generator.GetState();
+    kept->note = noteIndex;
+    std::ranges::transform(parameters, kept->values.begin(), &MPluginParameterRecord::GetNumber);
+    return [this, kept]
+    {
+        const MLockGuard loading(GetLock());
+        generator.SetState(kept->shape);
+        noteIndex = kept->note;
+        for (std::size_t i = 0; i < ParameterCount; ++i)
+            parameters[i].SetNumber(kept->values[i]);
+        Update();
+        ResetParameterRamps();
+    };
 }

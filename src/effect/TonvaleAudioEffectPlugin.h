@@ -37,6 +37,7 @@ public:
     void Update() override;
     bool Store(MXMLItem& item) override;
     bool Load(MXMLItem& item) override;
+    std::function<void()> KeepState() override;
     std::int32_t InitProcessing(std::int32_t channels, std::int32_t rate) override;
     void Process(MProcessingContext* context, const float* const* inputs, float* const* outputs,
                  std::int32_t samples) override;

@@ -3,7 +3,6 @@
 #include "foundation/threads/MException.h"
 #include "foundation/xml/MStorageDescriptor.h"
 #include "foundation/xml/MXMLItem.h"
-#include "foundation/xml/SettingsTree.h"
 #include "host/MAudioPlugin.h"
 
 MMemoryStream pluginstate::Save(MAudioPlugin& plugin)
@@ -22,6 +21,5 @@ void pluginstate::Load(MAudioPlugin& plugin, MStream& stream)
     settings.LoadCompressed(stream);
     if (settings.GetName() != "settings")
         throw MException("Invalid file contents. There is no element \"settings\".", 256);
-    CheckSettingsTree(settings); // here, where a failure can still be told
     plugin.Store({.storing = false, .item = settings});
 }

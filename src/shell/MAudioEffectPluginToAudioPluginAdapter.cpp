@@ -302,24 +302,57 @@ void MAudioEffectPluginToAudioPluginAdapter::Load(const MStorageDescriptor& stor
 
 void MAudioEffectPluginToAudioPluginAdapter::TakeState(const MStorageDescriptor& storage)
 {
-    MXMLItem before("settings");
-    StoreState({.storing = true, .item = before});
+    const std::function<void()> bringBack = KeepState();
     const SuspendScope suspended(*this);
     const MLockGuard processing(GetProcessingLock());
     try
     {
-        ApplyState(storage);
+        ApplyState([&] { StoreState(storage); });
     }
     catch (...)
     {
-        ApplyState({.storing = false, .item = before});
+        ApplyState(bringBack);
         throw;
     }
 }
 
-void MAudioEffectPluginToAudioPluginAdapter::ApplyState(const MStorageDescriptor& storage)
+std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
 {
-    StoreState(storage);
+    struct Kept
+    {
+        std::function<void()> effect;
+        decltype(controllers.assignments) assignments;
+        decltype(controllers.noteControllers) noteControllers;
+    };
+    const auto kept = std::make_shared<Kept>();
+    if (GetEffect() != nullptr)
+        kept->effect = GetEffect()->KeepState();
+    {
+        const MLockGuard processing(GetProcessingLock());
+        kept->assignments = controllers.assignments;
+        kept->noteControllers = controllers.noteControllers;
+    }
+    return
+        [this, kept, index = std::int32_t{currentPresetIndex}, mode = GetChannelMode(),
+         isBypassed = IsBypassed(), lfoBlock = GetMaxLFOBlockSize(),
+         upsampling = std::int32_t{wantedUpsampling}, isHighQuality = bool{highQualityUpsampling}]
+    {
+        if (kept->effect)
+            kept->effect();
+        controllers.assignments = kept->assignments;
+        controllers.noteControllers = kept->noteControllers;
+        currentPresetIndex = index;
+        channelMode = mode;
+        SetBypassed(isBypassed);
+        SetMaxLFOBlockSize(lfoBlock);
+        wantedUpsampling = upsampling;
+        highQualityUpsampling = isHighQuality;
+    };
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::ApplyState(const std::function<void()>& load)
+{
+    load();
     InitLocked();
     LimitChannelMode(); // by the layout that the host wants now
 }

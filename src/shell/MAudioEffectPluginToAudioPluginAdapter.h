@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "effect/MAudioEffectPluginHost.h"
@@ -98,8 +99,11 @@ private:
     /// Surround needs more than two channels.
     void LimitChannelMode();
     void Load(const MStorageDescriptor& storage);
-    /// Under the locks of a load. Leaves half of the state if it throws.
-    void ApplyState(const MStorageDescriptor& storage);
+    /// What brings the working state back as it is now. Under the settings lock.
+    std::function<void()> KeepState();
+    /// Puts in force what @p load takes over. Under the locks of a load. Leaves half of the state
+    /// if it throws.
+    void ApplyState(const std::function<void()>& load);
     void StoreControllers(const MStorageDescriptor& storage);
 
     const int busChannels;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/strings/NumberedNames.h"
 #include "foundation/xml/MXMLItem.h"
 #include "host/MAudioPlugin.h"
 
@@ -13,12 +14,9 @@ bool Accepts(int wantedChannel, int channel) noexcept
     return wantedChannel == 0 || wantedChannel == channel + 1;
 }
 
-MString IndexedName(const char* name, std::size_t index)
-{
-    MString indexed = name;
-    indexed.Append(MString::FromInteger(static_cast<std::int64_t>(index)));
-    return indexed;
-}
+constexpr auto AssignmentNames = MakeNumberedNames<MIDIControllers::AssignmentCount>("Controller");
+constexpr auto NoteControllerNames =
+    MakeNumberedNames<MIDIControllers::NoteControllerCount>("NoteController");
 
 /// Whether both hold the same, as the parser and StoreAll share it.
 bool IsSame(const MXMLItem& a, const MXMLItem& b) noexcept
@@ -31,13 +29,13 @@ bool IsSame(const MXMLItem& a, const MXMLItem& b) noexcept
 }
 
 /// Most rows are as they were from the first, so each is made from the one before if it can be.
-template <typename Row, std::size_t Count>
-void StoreAll(MXMLItem& list, const char* name, const std::array<Row, Count>& rows)
+template <typename Row, typename Names, std::size_t Count>
+void StoreAll(MXMLItem& list, const Names& names, const std::array<Row, Count>& rows)
 {
     list.Clear();
     for (std::size_t i = 0; i < Count; ++i)
     {
-        MXMLItem& item = list.AddSubItem(IndexedName(name, i));
+        MXMLItem& item = list.AddSubItem(names[i].data());
         if (i > 0 && rows[i] == rows[i - 1])
             item.CopyContents(*item.GetPreviousSibling());
         else
@@ -45,9 +43,9 @@ void StoreAll(MXMLItem& list, const char* name, const std::array<Row, Count>& ro
     }
 }
 
-/// Older states number the items by their order alone.
-template <typename Row, std::size_t Count>
-void LoadAll(MXMLItem& list, const char* name, std::array<Row, Count>& rows,
+/// Older states number the items by their order alone; @p name is that of each.
+template <typename Row, typename Names, std::size_t Count>
+void LoadAll(MXMLItem& list, const MString& name, const Names& names, std::array<Row, Count>& rows,
              const MAudioPlugin& plugin)
 {
     MXMLItem none("none");
@@ -57,7 +55,7 @@ void LoadAll(MXMLItem& list, const char* name, std::array<Row, Count>& rows,
     for (std::size_t i = 0; i < Count; ++i)
     {
         MXMLItem* item = &none;
-        const MString indexed = IndexedName(name, i);
+        const MString indexed = names[i].data();
         if (i < items.size() && items[i]->GetName() == indexed) // as this system writes them
             item = items[i].get();
         else if (list.HasSubItem(indexed))
@@ -112,15 +110,15 @@ bool MIDIControllers::TakeSource(Source& source) noexcept
 
 void MIDIControllers::Store(MXMLItem& settings) const
 {
-    StoreAll(settings.GetOrAddSubItem("Controllers"), "Controller", assignments);
-    StoreAll(settings.GetOrAddSubItem("NoteControllers"), "NoteController", noteControllers);
+    StoreAll(settings.GetOrAddSubItem("Controllers"), AssignmentNames, assignments);
+    StoreAll(settings.GetOrAddSubItem("NoteControllers"), NoteControllerNames, noteControllers);
 }
 
 void MIDIControllers::Load(MXMLItem& settings)
 {
     MXMLItem none("none");
     LoadAll(settings.HasSubItem("Controllers") ? settings.GetSubItem() : none, "Controller",
-            assignments, plugin);
+            AssignmentNames, assignments, plugin);
     LoadAll(settings.HasSubItem("NoteControllers") ? settings.GetSubItem() : none, "NoteController",
-            noteControllers, plugin);
+            NoteControllerNames, noteControllers, plugin);
 }

@@ -33,15 +33,15 @@ int FindParameter(const MAudioPlugin& plugin, const MString& name)
 
 void MMIDIControllerAssignment::Store(MXMLItem& item) const
 {
-    item.SetAttribute("Enabled", isEnabled ? 1 : 0);
-    item.SetAttribute("ParameterName", parameterName);
-    item.SetAttribute("Value", target.value);
-    item.SetAttribute("MaxValue", target.maxValue);
-    item.SetAttribute("Range", target.range);
     item.SetAttribute("Channel", channel);
     item.SetAttribute("Controller", controller);
+    item.SetAttribute("Enabled", isEnabled ? 1 : 0);
     item.SetAttribute("FullRange", static_cast<int>(target.mode));
     item.SetAttribute("Invert", target.isInverted ? 1 : 0);
+    item.SetAttribute("MaxValue", target.maxValue);
+    item.SetAttribute("ParameterName", parameterName);
+    item.SetAttribute("Range", target.range);
+    item.SetAttribute("Value", target.value);
 }
 
 void MMIDIControllerAssignment::Load(MXMLItem& item, const MAudioPlugin& plugin)
@@ -61,10 +61,10 @@ void MMIDIControllerAssignment::Load(MXMLItem& item, const MAudioPlugin& plugin)
 
 void MMIDINoteController::Store(MXMLItem& item) const
 {
-    item.SetAttribute("Enabled", isEnabled ? 1 : 0);
-    item.SetAttribute("ParameterName", parameterName);
-    item.SetAttribute("Logarithmic", isLogarithmic ? 1 : 0);
     item.SetAttribute("Channel", channel);
+    item.SetAttribute("Enabled", isEnabled ? 1 : 0);
+    item.SetAttribute("Logarithmic", isLogarithmic ? 1 : 0);
+    item.SetAttribute("ParameterName", parameterName);
 }
 
 void MMIDINoteController::Load(MXMLItem& item, const MAudioPlugin& plugin)

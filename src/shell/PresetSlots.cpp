@@ -2,17 +2,14 @@
 
 #include <algorithm>
 
-#include "foundation/strings/MStringFormatter.h"
+#include "foundation/strings/NumberedNames.h"
 
 namespace
 {
 
 constexpr const char* IndexKey = "PresetIndex";
 
-MString SlotName(std::size_t index)
-{
-    return MStringFormatter("Preset{0}").Add(static_cast<int>(index)).Result();
-}
+constexpr auto SlotNames = MakeNumberedNames<PresetSlots::Count>("Preset");
 
 } // namespace
 
@@ -22,9 +19,9 @@ PresetSlots::PresetSlots(MXMLItem& settings)
       CurrentPresetCopy(CurrentSlot)
 {
     for (std::size_t i = 0; i < Count; ++i)
-        if (static_cast<int>(i) != CurrentSlot && settings.HasSubItem(SlotName(i)))
+        if (static_cast<int>(i) != CurrentSlot && settings.HasSubItem(SlotNames[i].data()))
         {
-            Slots[i] = std::make_unique<MXMLItem>(SlotName(i));
+            Slots[i] = std::make_unique<MXMLItem>(SlotNames[i].data());
             Slots[i]->CopyContents(settings.GetSubItem());
         }
 }

@@ -353,7 +353,7 @@ TEST(PluginState, AFailureInTheMidstOfALoadBringsTheOldStateBack)
         {Failing::BeforeLoad, "MAudioEffectPluginToAudioPluginAdapter::StoreSettings"},
         {Failing::BehindLoad, "MAudioEffectPluginToAudioPluginAdapter::StoreSettings"},
         {Failing::Preparing, "MAudioEffectPluginToAudioPluginAdapter::Store"},
-        {Failing::Storing, "MAudioEffectPluginToAudioPluginAdapter::StoreSettings"},
+        {Failing::Storing, "MAudioEffectPluginToAudioPluginAdapter::Store"},
     };
     const auto source = MakeFailing("6");
     ChangeAll(*source);
