@@ -120,8 +120,11 @@ std::vector<GoalReporter::Outcome> GoalReporter::Outcomes() const
     {
         const Result* const numerator = Find(goal.numerator);
         const Result* const denominator = Find(goal.denominator);
-        if (numerator != nullptr && denominator != nullptr)
-            outcomes.push_back({&goal, numerator->blockNs / denominator->blockNs});
+        const Result* const less = goal.less.empty() ? nullptr : Find(goal.less);
+        if (numerator == nullptr || denominator == nullptr || (!goal.less.empty() && !less))
+            continue;
+        const double ns = numerator->blockNs - (less != nullptr ? less->blockNs : 0.0);
+        outcomes.push_back({&goal, ns / denominator->blockNs});
     }
     return outcomes;
 }

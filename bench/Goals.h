@@ -11,6 +11,7 @@ struct Goal
     std::string numerator;   ///< a benchmark, by its full name
     std::string denominator; ///< likewise
     double limit;
+    std::string less{}; ///< a benchmark of which the numerator is what it takes more, or none
 };
 
 /// Adds @p goal to those that end the report. At start-up, beside the benchmarks of the goal.
