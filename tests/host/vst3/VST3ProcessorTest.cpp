@@ -1,5 +1,4 @@
 #include <cmath>
-#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -138,46 +137,6 @@ TEST(VST3Processor, NullChannelsAreSilentAndExtraOnesZeroed)
     block.data.outputs = nullptr;
     EXPECT_EQ(adapter->process(block.data), kResultOk);
     adapter->release();
-}
-
-/// The sound of @p blocks, the sizes of which add up to 4096, in place or not.
-std::vector<float> Render(const std::vector<int>& blocks, bool isInPlace)
-{
-    const Instance instance;
-    instance.Start(48000, 4096);
-    instance.controller->setParamNormalized(0, 1.0); // the dry sound as well
-    instance.component->setActive(0);
-    instance.component->setActive(1); // no line is drawn from the value before
-    std::vector<float> sound;
-    for (const int samples : blocks)
-    {
-        Block block(samples, 2, 0.25f);
-        if (isInPlace)
-            block.outputPointers = block.inputPointers;
-        block.outputBus.channelBuffers32 = block.outputPointers.data();
-        EXPECT_EQ(instance.processor->process(block.data), kResultOk);
-        const auto& result = isInPlace ? block.inputs[0] : block.outputs[0];
-        sound.insert(sound.end(), result.begin(), result.end());
-        const auto isInput = [](float sample) { return sample == 0.25f; };
-        EXPECT_TRUE(isInPlace || std::ranges::all_of(block.inputs[0], isInput));
-    }
-    return sound;
-}
-
-TEST(VST3Processor, BlocksOfAnySizeInPlaceOrNotSoundTheSame)
-{
-    const std::vector<float> whole = Render({4096}, false);
-    const std::vector<float> pieces = Render({0, 1, 63, 1000, 0, 2032, 1000}, true);
-    ASSERT_EQ(pieces.size(), whole.size());
-    float worst = 0.0f;
-    float peak = 0.0f;
-    for (std::size_t i = 0; i < whole.size(); ++i)
-    {
-        worst = std::max(worst, std::abs(whole[i] - pieces[i]));
-        peak = std::max(peak, std::abs(whole[i] - 0.25f));
-    }
-    EXPECT_LT(worst, 1e-5f);
-    EXPECT_GT(peak, 0.1f);
 }
 
 TEST(VST3Processor, LastPointOfAQueueCounts)
