@@ -30,5 +30,5 @@ if(TONVALE_WINE)
     set(CMAKE_CROSSCOMPILING_EMULATOR
         env WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEDEBUG=-all ${TONVALE_WINE})
 endif()
-# Tests are listed when they are run, so that a build needs no wine.
+# Tests are listed when they are run, so that a build starts wine but to pack the resources.
 set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
