@@ -24,7 +24,7 @@ FetchContent_Declare(kissfft
 
 FetchContent_MakeAvailable(hwy kissfft)
 add_library(hwy::hwy ALIAS hwy)
-set_target_properties(hwy_list_targets PROPERTIES EXCLUDE_FROM_ALL ON) # a build runs no program
+set_target_properties(hwy_list_targets PROPERTIES EXCLUDE_FROM_ALL ON)
 
 if(TONVALE_TESTS)
     set(INSTALL_GTEST OFF CACHE BOOL "")
