@@ -135,8 +135,8 @@ local function writeParameters(processor)
         local before = read(processor, parameter)
         for _, value in ipairs({ 0, 1, 0.25, 0.625 }) do
             local got = write(parameter, value)
-            -- Whole numbers may answer with the nearest of their own.
-            if write(parameter, got) ~= got or math.abs(got - value) > 0.05 then
+            -- Whole numbers answer with one of their own; octaves, the coarsest, have seven.
+            if write(parameter, got) ~= got or math.abs(got - value) > 1 / 6 then
                 worst = { off = math.abs(got - value), name = parameter.name }
             end
         end
