@@ -23,10 +23,11 @@ bool IsTempo(const std::optional<double>& value) noexcept
 /// The start of a bar as the nearest unit of @p denominator, so that a host's rounding goes.
 double RoundBarStart(double barStart, int denominator) noexcept
 {
-    const double units = std::max(1, denominator / 4);
+    const int units = std::max(1, denominator / 4);
     const double scaled = units * barStart;
-    const double whole = std::floor(scaled);
-    return (scaled - whole >= 0.5 ? whole + 1.0 : whole) / units;
+    const double below = std::floor(scaled);
+    const double whole = scaled - below >= 0.5 ? below + 1.0 : below;
+    return units > 1 ? whole / units : whole;
 }
 
 bool IsLoop(const std::optional<HostTime::Loop>& loop) noexcept

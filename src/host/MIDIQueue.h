@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -25,11 +26,14 @@ public:
 
     /// @p bytes are three. Any thread.
     void Add(std::int32_t offset, const std::uint8_t* bytes) noexcept;
+    /// Without the lock: what another thread is adding may not count yet. Any thread.
+    bool IsEmpty() const noexcept { return !isAnyWaiting.load(std::memory_order_relaxed); }
     /// Empties the queue; what was in it is valid until the next call. One thread.
     const std::vector<Message>& Take() noexcept;
 
 private:
     MLock lock; ///< of waiting
     std::vector<Message> waiting;
+    std::atomic<bool> isAnyWaiting = false; ///< written under the lock
     std::vector<Message> taken;
 };

@@ -86,7 +86,7 @@ private:
     /// suspended. Under the processing lock.
     void DeliverQueue();
     template <typename Sample>
-    Channels<Sample> Spread(Sample* const* row, int count) const noexcept;
+    void Spread(Sample* const* row, int count, Channels<Sample>& channels) const noexcept;
     /// Zeroes the host's blocks of channels that the plugin leaves out.
     void SilenceUnused(float* const* outputs, int samples) const noexcept;
     void DescribePin(const MString& name, VstPinProperties& properties) const;
@@ -98,6 +98,8 @@ private:
     MMemoryStream chunk; ///< the host's until it asks for the next
     HostTransport transport;
     MIDIQueue inputQueue;
+    Channels<const float> inputBlocks{}; ///< of the call under way
+    Channels<float> outputBlocks{};
     std::unique_ptr<MIDIOutput> output; ///< null if the plugin sends nothing
     /// Whose echo is left out: the thread that reports a value to the host at present.
     std::atomic<std::thread::id> ignoreHostParameters;

@@ -56,14 +56,14 @@ void MAudioPluginVSTAdapter::ProcessBlock(float** inputs, float** outputs, int s
     if (samples <= 0 || outputs == nullptr)
         return;
     PrepareProcessing();
-    if (!plugin->IsSuspended())
+    if (!inputQueue.IsEmpty() && !plugin->IsSuspended())
     {
         const MLockGuard guard(plugin->GetProcessingLock());
         DeliverQueue();
     }
-    const Channels<const float> in = Spread<const float>(inputs, record.numInputs);
-    const Channels<float> out = Spread<float>(outputs, record.numOutputs);
-    plugin->ProcessAudio(in.data(), out.data(), samples, replacing);
+    Spread<const float>(inputs, record.numInputs, inputBlocks);
+    Spread<float>(outputs, record.numOutputs, outputBlocks);
+    plugin->ProcessAudio(inputBlocks.data(), outputBlocks.data(), samples, replacing);
     if (replacing && plugin->GetOutputChannels() < channelsPerBus)
         SilenceUnused(outputs, samples);
     if (output != nullptr)
@@ -86,22 +86,17 @@ void MAudioPluginVSTAdapter::DeliverQueue()
 }
 
 template <typename Sample>
-MAudioPluginVSTAdapter::Channels<Sample> MAudioPluginVSTAdapter::Spread(Sample* const* row,
-                                                                        int count) const noexcept
+void MAudioPluginVSTAdapter::Spread(Sample* const* row, int count,
+                                    Channels<Sample>& channels) const noexcept
 {
-    Channels<Sample> channels{};
-    if (row == nullptr)
-        return channels;
+    int last = -1; // of the row in the present bus
     for (int i = 0; i < MAudioPlugin::MaxChannels; ++i)
     {
-        // Behind the channels of a bus its last one again.
-        const int bus = i / MAudioPlugin::ChannelsPerBus;
-        const int place = std::min(i % MAudioPlugin::ChannelsPerBus, channelsPerBus - 1);
-        const int flat = bus * channelsPerBus + place;
-        if (flat < count)
-            channels.data()[i] = row[flat];
+        const int place = i % MAudioPlugin::ChannelsPerBus;
+        if (place < channelsPerBus) // behind the channels of a bus its last one again
+            last = i / MAudioPlugin::ChannelsPerBus * channelsPerBus + place;
+        channels.data()[i] = row != nullptr && last < count ? row[last] : nullptr;
     }
-    return channels;
 }
 
 void MAudioPluginVSTAdapter::SilenceUnused(float* const* outputs, int samples) const noexcept

@@ -46,31 +46,37 @@ template <typename Sample>
 void Channels::Spread(const AudioBusBuffers* buses, std::int32_t count, Sample* standIn,
                       Pointers<Sample>& channels) noexcept
 {
-    const int known = std::min(CountBuses(buses, count), MAudioPlugin::MaxBuses);
-    for (int bus = 0; bus < known; ++bus)
+    const int known = CountBuses(buses, count);
+    for (int bus = 0; bus < MAudioPlugin::MaxBuses; ++bus)
     {
-        const int used = std::min(buses[bus].numChannels, MAudioPlugin::ChannelsPerBus);
+        const int used =
+            bus < known ? std::clamp(buses[bus].numChannels, 0, MAudioPlugin::ChannelsPerBus) : 0;
+        Sample* const* const blocks = used > 0 ? buses[bus].channelBuffers32 : nullptr;
+        Sample** const pointers = channels.all.data() + bus * MAudioPlugin::ChannelsPerBus;
         for (int channel = 0; channel < used; ++channel)
         {
-            Sample* const block = buses[bus].channelBuffers32 != nullptr
-                                      ? buses[bus].channelBuffers32[channel]
-                                      : nullptr;
-            const int place = bus * MAudioPlugin::ChannelsPerBus + channel;
-            channels[static_cast<std::size_t>(place)] = block != nullptr ? block : standIn;
+            Sample* const block = blocks != nullptr ? blocks[channel] : nullptr;
+            pointers[channel] = block != nullptr ? block : standIn;
         }
+        // Behind them there is nothing since the last block, unless it had more.
+        int& usedBefore = channels.used.data()[bus];
+        for (int channel = used; channel < usedBefore; ++channel)
+            pointers[channel] = nullptr;
+        usedBefore = used;
     }
 }
 
 void Channels::Process(MAudioPlugin& plugin, const ProcessData& data)
 {
     Reserve(data.numSamples);
-    Pointers<const float> inputs{};
-    Pointers<float> outputs{};
     Spread<const float>(data.inputs, data.numInputs, silence.data(), inputs);
     Spread<float>(data.outputs, data.numOutputs, waste.data(), outputs);
-    if (outputs[0] == nullptr) // time goes on though no one listens
-        outputs[0] = waste.data();
-    plugin.ProcessAudio(inputs.data(), outputs.data(), data.numSamples, true);
+    if (outputs.used[0] == 0) // time goes on though no one listens
+    {
+        outputs.all[0] = waste.data();
+        outputs.used[0] = 1;
+    }
+    plugin.ProcessAudio(inputs.all.data(), outputs.all.data(), data.numSamples, true);
     CompleteOutputs(plugin, data);
 }
 

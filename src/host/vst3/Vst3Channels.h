@@ -22,12 +22,18 @@ public:
 
 private:
     template <typename Sample>
-    using Pointers = std::array<Sample*, MAudioPlugin::MaxChannels>;
+    struct Pointers
+    {
+        std::array<Sample*, MAudioPlugin::MaxChannels> all{};
+        std::array<int, MAudioPlugin::MaxBuses> used{}; ///< by bus; all behind them are null
+    };
 
     template <typename Sample>
     static void Spread(const AudioBusBuffers* buses, std::int32_t count, Sample* standIn,
                        Pointers<Sample>& channels) noexcept;
 
+    Pointers<const float> inputs{}; ///< of the block under way
+    Pointers<float> outputs{};
     std::vector<float> silence; ///< never written to
     std::vector<float> waste;
 };
