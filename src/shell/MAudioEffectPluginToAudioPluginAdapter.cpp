@@ -270,7 +270,10 @@ void MAudioEffectPluginToAudioPluginAdapter::Store(const MStorageDescriptor& sto
             [&]
             {
                 if (!storage.storing)
-                    return Load(storage);
+                {
+                    CheckSettingsTree(storage.item); // before anything changes
+                    return ReplaceState([&] { TakeState(storage); });
+                }
                 // No load comes between the parts; blocks go on.
                 const MLockGuard settings(GetSettingsLock());
                 StoreState(storage);
@@ -279,14 +282,13 @@ void MAudioEffectPluginToAudioPluginAdapter::Store(const MStorageDescriptor& sto
             });
 }
 
-void MAudioEffectPluginToAudioPluginAdapter::Load(const MStorageDescriptor& storage)
+void MAudioEffectPluginToAudioPluginAdapter::ReplaceState(const std::function<void()>& take)
 {
-    CheckSettingsTree(storage.item); // before anything changes
     const int latencyBefore = latency;
     try
     {
         const MLockGuard settings(GetSettingsLock());
-        TakeState(storage);
+        take();
     }
     catch (...)
     {

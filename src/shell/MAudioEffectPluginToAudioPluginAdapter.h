@@ -90,6 +90,9 @@ protected:
     /// settings lock; suspends processing and takes its lock once all that can be made before is
     /// made.
     virtual void TakeState(const MStorageDescriptor& storage);
+    /// Calls @p take, which takes a state, under the settings lock, and then brings up to date what
+    /// follows from it. Not on the audio thread.
+    void ReplaceState(const std::function<void()>& take);
 
 private:
     void CreateEffect(MPluginCall entryPoint, const MString& productName);
@@ -98,7 +101,6 @@ private:
     void LoadChannelMode(MXMLItem& item);
     /// Surround needs more than two channels.
     void LimitChannelMode();
-    void Load(const MStorageDescriptor& storage);
     /// What brings the working state back as it is now. Under the settings lock.
     std::function<void()> KeepState();
     /// Puts in force what @p load takes over. Under the locks of a load. Leaves half of the state

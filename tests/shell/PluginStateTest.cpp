@@ -137,7 +137,8 @@ TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
         return told;
     };
     const auto tree = Parse(Save(*plugin));
-    EXPECT_EQ(names(*tree), "Shape Controllers NoteControllers ");
+    EXPECT_EQ(names(*tree), "Shape Controllers NoteControllers Preset1 Preset2 Preset3 Preset4 "
+                            "Preset5 Preset6 Preset7 ");
     EXPECT_EQ(tree->GetName(), "settings");
     constexpr std::pair<const char*, const char*> Keys[] = {
         {"CurrentPresetIndex", "0"}, {"PresetIndex", "0"},
@@ -183,7 +184,11 @@ TEST(PluginState, SlotsComeBackAsTheyCame)
         MXMLItem none("settings");
         plugin.Load(none);
         EXPECT_EQ(plugin->GetPresetSlots().GetCurrentSlot(), 0);
-        EXPECT_EQ(plugin->GetPresetSlots().GetSlot(1), nullptr) << "absent ones are empty";
+        const auto filled = Parse(Save(*plugin));
+        for (const char* const slot : {"Preset1", "Preset7"})
+            EXPECT_EQ(filled->GetRequiredSubItem(slot).GetAttribute("parameterWet", "none"),
+                      filled->GetAttribute("parameterWet", ""))
+                << "absent ones take the state";
     }
 }
 
