@@ -80,6 +80,27 @@ void MQuillfernAudioEffectPlugin::ChangeSlots(const char* routine,
         SendAllAutomation(*adapter);
 }
 
+PresetSlots::State MQuillfernAudioEffectPlugin::KeepCurrentSlot()
+{
+    return MTraced("MQuillfernAudioEffectPlugin::KeepCurrentSlot",
+                   [&]
+                   {
+                       const MLockGuard settings(GetSettingsLock());
+                       return KeepSlot();
+                   });
+}
+
+void MQuillfernAudioEffectPlugin::TakeCurrentSlot(const PresetSlots::State& state)
+{
+    ChangeSlots("MQuillfernAudioEffectPlugin::TakeCurrentSlot", {}, [&] { TakeSlot(state); });
+}
+
+void MQuillfernAudioEffectPlugin::ContinueInSlot(int index, const PresetSlots::State& left)
+{
+    const MLockGuard settings(GetSettingsLock());
+    slots.Continue(index, left);
+}
+
 PresetSlots::State MQuillfernAudioEffectPlugin::KeepSlot()
 {
     const auto state = std::make_shared<MXMLItem>("settings");

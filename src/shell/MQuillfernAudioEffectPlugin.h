@@ -32,6 +32,15 @@ public:
     /// @throws MException if that fails, with all as it was
     void CopyPresetSlot(int from, int to);
 
+    // For the morph, which walks in the current slot. GUI thread.
+
+    /// What the current slot would keep. @throws MException if that fails
+    PresetSlots::State KeepCurrentSlot();
+    /// @throws MException if that fails, with all as it was
+    void TakeCurrentSlot(const PresetSlots::State& state);
+    /// The present state goes on as slot @p index, and the slot that it had takes @p left.
+    void ContinueInSlot(int index, const PresetSlots::State& left);
+
 protected:
     void StoreState(const MStorageDescriptor& storage) override;
     void StoreSlots(MXMLItem& item) const override;

@@ -60,3 +60,9 @@ void PresetSlots::Select(int index, State left)
     CurrentPresetCopy = CurrentSlot;
     CurrentSlot = index;
 }
+
+void PresetSlots::Continue(int index, State left)
+{
+    Select(index, std::move(left));
+    CurrentPresetCopy = CurrentSlot;
+}

@@ -35,6 +35,8 @@ public:
     void FillEmpty(const State& state);
     /// Makes @p index, another one, the current slot, and @p left the contents of the one before.
     void Select(int index, State left);
+    /// The same, but as if @p index had been the current slot for long.
+    void Continue(int index, State left);
 
 private:
     std::array<State, Count> Slots;
