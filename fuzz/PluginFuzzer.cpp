@@ -83,6 +83,11 @@ public:
         case 6:
             plugin->SetUpsampling(data.ConsumeIntegral<std::int8_t>(), data.ConsumeBool());
             break;
+        case 7:
+            plugin->CopyPresetSlot(data.ConsumeIntegralInRange(-1, 8),
+                                   data.ConsumeIntegralInRange(-1, 8));
+            plugin->SelectPresetSlot(data.ConsumeIntegralInRange(-1, 8));
+            break;
         default:
             PlayBlock();
             break;
