@@ -8,7 +8,7 @@
 /// Looks every 21 to 23 ms (64 ms at 8 kHz) at the last 85 to 93 ms. A new note shows once it fills
 /// what is looked at, after 77 to 113 ms; it may first show as a lower one, whose period is common
 /// to both. From 20 Hz to a fifth of the analysis rate sines come within 2 cents, tones with
-/// harmonics within 0.5.
+/// harmonics within 1.
 ///
 /// High accuracy prefers the true period where the fundamental is weak, but in noise may fall
 /// octaves below; low accuracy answers the highest plausible note, forgives unsteady periods, and
