@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "foundation/strings/MString.h"
+#include "foundation/threads/MRelaxed.h"
+
+class MXMLItem;
+
+// How the settings of modulators are kept: tables of their numbers serve both directions.
+
+/// The decimal logarithms of 20 Hz and 20 kHz, where scales of frequencies end.
+inline constexpr double MinLogFrequency = 1.3010299956639813;
+inline constexpr double MaxLogFrequency = 4.301029995663981;
+
+/// One number of @p Settings.
+template <typename Settings>
+struct MModulatorNumberT
+{
+    const char* key; ///< what it is stored under
+    MRelaxed<double> Settings::*number;
+    double min;
+    double max;
+    const char* name; ///< as a parameter
+};
+
+/// One switch of @p Settings.
+template <typename Settings>
+struct MModulatorSwitchT
+{
+    const char* key;
+    MRelaxed<bool> Settings::*on;
+};
+
+namespace modulatornumbers
+{
+
+/// Limited to @p min to @p max; the default if @p item has none. Stored numbers have twelve
+/// decimals, so what lies that near to an end is the end.
+double Read(const MXMLItem& item, const char* key, double defaultNumber, double min, double max);
+std::int32_t ReadInt(const MXMLItem& item, const char* key, std::int32_t defaultNumber,
+                     std::int32_t min, std::int32_t max);
+bool ReadBool(const MXMLItem& item, const char* key, bool isDefault);
+/// Of what is stored by name, the index in @p names; also from a decimal number.
+std::int32_t ReadChoice(const MXMLItem& item, const char* key, std::int32_t defaultIndex,
+                        std::span<const char* const> names);
+/// An index outside @p names counts as the first.
+void WriteChoice(MXMLItem& item, const char* key, std::int32_t index,
+                 std::span<const char* const> names);
+
+void Write(MXMLItem& item, const char* key, double number);
+void WriteInt(MXMLItem& item, const char* key, std::int32_t number);
+
+template <typename Settings, std::size_t Numbers, std::size_t Switches>
+void StoreAll(MXMLItem& item, const Settings& from,
+              const MModulatorNumberT<Settings> (&numbers)[Numbers],
+              const MModulatorSwitchT<Settings> (&switches)[Switches])
+{
+    for (const auto& [key, number, min, max, name] : numbers)
+        Write(item, key, from.*number);
+    for (const auto& [key, on] : switches)
+        WriteInt(item, key, from.*on ? 1 : 0);
+}
+
+/// What is missing takes its default.
+template <typename Settings, std::size_t Numbers, std::size_t Switches>
+void LoadAll(const MXMLItem& item, Settings& to,
+             const MModulatorNumberT<Settings> (&numbers)[Numbers],
+             const MModulatorSwitchT<Settings> (&switches)[Switches])
+{
+    const Settings defaults{};
+    for (const auto& [key, number, min, max, name] : numbers)
+        to.*number = Read(item, key, defaults.*number, min, max);
+    for (const auto& [key, on] : switches)
+        to.*on = ReadBool(item, key, defaults.*on);
+}
+
+} // namespace modulatornumbers
