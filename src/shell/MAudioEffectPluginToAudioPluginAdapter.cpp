@@ -60,7 +60,8 @@ std::intptr_t OnRefreshEditors(MPluginHost& host, std::intptr_t)
 
 MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter(int channelsOfBus)
     : busChannels(channelsOfBus),
-      controllers(*this)
+      controllers(*this),
+      modulators(*this)
 {
 }
 
@@ -141,6 +142,7 @@ void MAudioEffectPluginToAudioPluginAdapter::InitEffect()
         effect->ResetParameterRamps();
         effectMaxBlock = host->GetPluginInfo()->maxProcessingBlock;
     }
+    modulators.InitProcessing(sampleRate);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::InitDone()
@@ -153,8 +155,10 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessPre(const float* const* /*in
                                                         int /*samples*/)
 {
     // Nothing but interpolation cuts blocks while no modulator runs.
-    subBlockSize = effectMaxBlock;
     interpolationBlockSize = maxLFOBlockSize.load(std::memory_order_relaxed);
+    subBlockSize = effectMaxBlock;
+    if (modulators.Prepare())
+        subBlockSize = std::min(subBlockSize, interpolationBlockSize);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::ProcessPost(float* const* /*outputs*/, int /*samples*/)
@@ -167,18 +171,20 @@ void MAudioEffectPluginToAudioPluginAdapter::Process(float* const* inputs, float
     MGuarded("MAudioEffectPluginToAudioPluginAdapter::Process", 0,
              [&]
              {
-                 PrepareForProcessing(samples);
+                 PrepareForProcessing(inputs, samples);
                  if (MAudioEffectPlugin* const effect = GetEffect())
                      effect->Process(&context, inputs, outputs, samples);
                  return 0;
              });
 }
 
-void MAudioEffectPluginToAudioPluginAdapter::PrepareForProcessing(int /*samples*/)
+void MAudioEffectPluginToAudioPluginAdapter::PrepareForProcessing(const float* const* inputs,
+                                                                  int samples)
 {
     if (midiFlushPending.load(std::memory_order_relaxed) &&
         midiFlushPending.exchange(false, std::memory_order_relaxed))
         ProcessAllNotesOff(0, time.position);
+    modulators.Process(time, inputs, samples, GetEffectChannels());
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::UpdateEffect()
@@ -235,6 +241,7 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quar
     MMIDIProcessor::ProcessNote(offset, quarters, channel, note, velocity, on);
     if (on)
         controllers.OnNote(channel, note, GetPitch());
+    modulators.OnNote(channel, velocity, on);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::ProcessPressure(int offset, double quarters,
@@ -325,10 +332,12 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
         std::function<void()> effect;
         decltype(controllers.assignments) assignments;
         decltype(controllers.noteControllers) noteControllers;
+        MXMLItem modulators{"settings"}; ///< as text, for they hold what cannot be copied
     };
     const auto kept = std::make_shared<Kept>();
     if (GetEffect() != nullptr)
         kept->effect = GetEffect()->KeepState();
+    modulators.Store(kept->modulators);
     {
         const MLockGuard processing(GetProcessingLock());
         kept->assignments = controllers.assignments;
@@ -341,6 +350,7 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
     {
         if (kept->effect)
             kept->effect();
+        modulators.Load(kept->modulators);
         controllers.assignments = kept->assignments;
         controllers.noteControllers = kept->noteControllers;
         currentPresetIndex = index;
@@ -426,6 +436,7 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
     const MStorageDescriptor& storage)
 {
     constexpr const char* IndexKey = "CurrentPresetIndex";
+    StoreLFO(storage);
     StoreControllers(storage);
     if (storage.storing)
         storage.item.SetAttribute(IndexKey, currentPresetIndex);
@@ -433,6 +444,12 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
         currentPresetIndex = static_cast<std::int32_t>(std::clamp<std::int64_t>(
             storage.item.GetAttribute(IndexKey, "0").ToInteger(),
             std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreLFO(const MStorageDescriptor& storage)
+{
+    MTraced("MAudioEffectPluginToAudioPluginAdapter::StoreLFO", [&]
+            { storage.storing ? modulators.Store(storage.item) : modulators.Load(storage.item); });
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreControllers(const MStorageDescriptor& storage)

@@ -7,6 +7,7 @@
 #include "effect/parameters/MParameterList.h"
 #include "shell/MAudioPluginPipeline.h"
 #include "shell/MIDIControllers.h"
+#include "shell/modulators/Modulators.h"
 
 class MAudioEffectPlugin;
 
@@ -48,8 +49,9 @@ public:
     int GetLatency() override;
     int GetTail() override;
 
-    // MIDI: the listeners first, then the shell's own assignments. Takes the processing lock, as
-    // events come before their block does; who must not wait keeps them while IsSuspended.
+    // MIDI: the listeners first, then the shell's own assignments and modulators. Takes the
+    // processing lock, as events come before their block does; who must not wait keeps them while
+    // IsSuspended.
     void ProcessNote(int offset, double quarters, int channel, int note, double velocity,
                      bool on) override;
     void ProcessPressure(int offset, double quarters, int channel, int note, double value) override;
@@ -68,6 +70,7 @@ public:
 
     /// Under the processing lock, but for what takes none.
     MIDIControllers& GetControllers() noexcept { return controllers; }
+    Modulators& GetModulators() noexcept { return modulators; }
     MProcessingContext& GetContext() noexcept { return context; }
     /// Drops the temporary adapters. Not on the audio thread.
     void RefreshParameterList();
@@ -97,7 +100,7 @@ protected:
 private:
     void CreateEffect(MPluginCall entryPoint, const MString& productName);
     void WireEffect();
-    void PrepareForProcessing(int samples);
+    void PrepareForProcessing(const float* const* inputs, int samples);
     void LoadChannelMode(MXMLItem& item);
     /// Surround needs more than two channels.
     void LimitChannelMode();
@@ -106,12 +109,14 @@ private:
     /// Puts in force what @p load takes over. Under the locks of a load. Leaves half of the state
     /// if it throws.
     void ApplyState(const std::function<void()>& load);
+    void StoreLFO(const MStorageDescriptor& storage);
     void StoreControllers(const MStorageDescriptor& storage);
 
     const int busChannels;
     std::unique_ptr<MAudioEffectPluginHost> host;
     MParameterList parameters;
     MIDIControllers controllers;
+    Modulators modulators;
     MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
     MRelaxed<std::int32_t> currentPresetIndex = 0; ///< written under the settings lock

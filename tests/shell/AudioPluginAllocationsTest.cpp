@@ -6,7 +6,7 @@
 namespace
 {
 
-/// A controller for each parameter: the four values of the shape rebuild it.
+/// A controller for each parameter, and modulators: the four values of the shape rebuild it.
 void Assign(PluginUnderTest& plugin)
 {
     MIDIControllers& controllers = plugin->GetControllers();
@@ -21,6 +21,20 @@ void Assign(PluginUnderTest& plugin)
     controllers.assignments[15].controller = MMIDIControllerAssignment::PitchBend;
     controllers.noteControllers[0].isEnabled = true;
     controllers.noteControllers[0].parameterIndex = 7;
+    for (std::size_t i = 0; i < Modulators::Count; ++i)
+    {
+        MModulator& modulator = plugin->GetModulators()[i];
+        modulator.Enabled = true;
+        modulator.SetMode(i == 0 ? MModulatorMode::Normal : MModulatorMode::Envelope);
+        modulator.EditTargets(
+            [&](MModulator::TargetList& list)
+            {
+                list.resize(4);
+                for (int target = 0; target < 4; ++target)
+                    list[static_cast<std::size_t>(target)].Assign(5 + target + static_cast<int>(i),
+                                                                  *plugin);
+            });
+    }
 }
 
 void PlayAll(PluginUnderTest& plugin, int blocks)
@@ -37,6 +51,7 @@ void PlayAll(PluginUnderTest& plugin, int blocks)
             plugin->SetParameter(index, (block + index) % 10 * 0.1, index % 2 == 0);
         plugin->SetParameter(8 + block % 4, block % 7 * 0.15, false);
         plugin->SetBypassed(block % 50 == 49);
+        plugin->GetModulators()[1].Frozen = block % 8 == 0;
         plugin.Play(block % 2 == 0 ? 1000 : 64); // with and without interpolation
     }
 }

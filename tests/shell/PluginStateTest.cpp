@@ -137,8 +137,8 @@ TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
         return told;
     };
     const auto tree = Parse(Save(*plugin));
-    EXPECT_EQ(names(*tree), "Shape Controllers NoteControllers Preset1 Preset2 Preset3 Preset4 "
-                            "Preset5 Preset6 Preset7 ");
+    EXPECT_EQ(names(*tree), "Shape LFOs Controllers NoteControllers Preset1 Preset2 Preset3 "
+                            "Preset4 Preset5 Preset6 Preset7 ");
     EXPECT_EQ(tree->GetName(), "settings");
     constexpr std::pair<const char*, const char*> Keys[] = {
         {"CurrentPresetIndex", "0"}, {"PresetIndex", "0"},
@@ -155,8 +155,9 @@ TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
     slots->AddSubItem("Preset8").SetAttribute("a", 1);
     Load(*plugin, Pack(*slots));
     const auto loaded = Parse(Save(*plugin));
-    EXPECT_EQ(names(*loaded), "Shape Controllers NoteControllers Preset0 Preset1 Preset3 Preset4 "
-                              "Preset5 Preset6 Preset7 ");
+    EXPECT_EQ(names(*loaded),
+              "Shape LFOs Controllers NoteControllers Preset0 Preset1 Preset3 Preset4 "
+              "Preset5 Preset6 Preset7 ");
     EXPECT_FALSE(loaded->HasAttribute("unknown"));
 }
 
