@@ -9,6 +9,7 @@
 
 #include "bench/ScalarLoop.h"
 #include "host/MAudioPlugin.h"
+#include "shell/MQuillfernAudioEffectPlugin.h"
 #include "shell/modulators/MModulationCounter.h"
 #include "shell/modulators/MModulator.h"
 
@@ -115,10 +116,38 @@ void RunScalarLoop(benchmark::State& state)
     }
 }
 
+constexpr int NoTarget = -1;
+constexpr int PitchTarget = 5;
+constexpr int ShapeTarget = 8; ///< each write rebuilds the shape
+
+/// Blocks of the whole plugin, while an LFO moves @p parameter.
+void RunPlugin(benchmark::State& state, int parameter)
+{
+    const auto made = CreateAudioPlugin();
+    auto& plugin = static_cast<MQuillfernAudioEffectPlugin&>(*made);
+    plugin.SetHostSampleRate(scalarloop::SampleRate);
+    plugin.SetChannels(Channels, Channels);
+    plugin.InitProcessing();
+    MModulator& modulator = plugin.GetModulators()[0];
+    modulator.EditTargets([&](MModulator::TargetList& list) { list[0].Assign(parameter, plugin); });
+    modulator.Enabled = parameter != NoTarget;
+    modulator.Frequency = 1.0;
+    const scalarloop::Blocks inputBlocks(MAudioPlugin::MaxChannels, Samples, 0.0f);
+    const scalarloop::Blocks outputBlocks(MAudioPlugin::MaxChannels, Samples, 0.0f);
+    for (auto _ : state)
+    {
+        plugin.ProcessAudio(inputBlocks.Data(), outputBlocks.Data(), Samples, true);
+        benchmark::ClobberMemory();
+    }
+}
+
 [[maybe_unused]] const bool isRegistered = []
 {
     const std::string scalar = "Modulators/ScalarLoop";
     benchmark::RegisterBenchmark(scalar.c_str(), &RunScalarLoop);
+    benchmark::RegisterBenchmark("Modulators/plugin/without", &RunPlugin, NoTarget);
+    benchmark::RegisterBenchmark("Modulators/plugin/pitch", &RunPlugin, PitchTarget);
+    benchmark::RegisterBenchmark("Modulators/plugin/shape", &RunPlugin, ShapeTarget);
     for (const Case& setting : Cases)
     {
         const std::string name = std::string("Modulators/") + setting.what;

@@ -12,9 +12,7 @@ public:
     virtual void SetModulated(int index, bool on) = 0;
     /// Whether the parameter has an alternate value; others are really written.
     virtual bool HasAlternate(int index) const = 0;
-
-protected:
-    ~MModulationWriter() = default;
+    virtual ~MModulationWriter() = default;
 };
 
 /// Counts who modulates which parameter of one plugin, so that it is modulated from the first that
