@@ -183,6 +183,15 @@ TEST(MModulatorEnvelope, LoudInputDrivesTheGate)
     test->Envelope.ADSR.Rebuild();
     test.PlayFor(96000);
     EXPECT_EQ(test.Play(0), -1.0);
+
+    test.Fill(1, 1.6f);
+    test.PlayFor(9600);
+    EXPECT_EQ(test.Play(0), 0.0) << "sustains";
+    test->Envelope.EnvelopeSource = static_cast<std::int32_t>(MLFOEnvelopeMode::MIDI);
+    EXPECT_EQ(test.PlayFor(9600), -1.0) << "no note is held";
+    test->OnNote(0, 1.0, true);
+    test.Play(64);
+    EXPECT_GT(test.Play(0), -1.0) << "what the input counted is forgotten";
 }
 
 TEST(MModulatorRandom, WalksFromNodeToNodeWithTheSong)

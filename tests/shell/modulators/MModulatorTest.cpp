@@ -125,16 +125,19 @@ TEST(MModulator, TargetsShareTheFirstRangeAndBendTheValue)
             list[1].Shape.Clear();
             list[1].Shape.AddEndPoints(0.5, 1.0); // x to 0.5 + x / 2
             list[1].CompileShape();
+            list[1].ShapeEnabled = true;
         });
     test->Phase = 0.25; // the top of a sine
     test.Play(0);
     EXPECT_NEAR(test.parameters.row.Heard(0), 0.6, 1e-6);
     EXPECT_NEAR(test.parameters.row.Heard(1), 0.2, 1e-6);
-    test->EditTargets([](MModulator::TargetList& list) { list[1].ShapeEnabled = true; });
     test->Phase = 0.75; // its low end, which the curve takes to the middle
     test.Play(0);
     EXPECT_NEAR(test.parameters.row.Heard(0), 0.2, 1e-6);
     EXPECT_NEAR(test.parameters.row.Heard(1), 0.4, 1e-6);
+    test->EditTargets([](MModulator::TargetList& list) { list[1].ShapeEnabled = false; });
+    test.Play(0);
+    EXPECT_NEAR(test.parameters.row.Heard(1), 0.6, 1e-6);
     EXPECT_EQ(test.parameters.row.GetParameter(0), 0.0) << "the user's value stays";
 
     test->RemoveTarget(0);
@@ -171,6 +174,8 @@ TEST(MModulator, HoldsEachParameterUntilTheLastOneGoes)
     test->EditTargets([](MModulator::TargetList& list) { list[0].ParameterEnabled = false; });
     test.Play(0);
     EXPECT_FALSE(row.IsModulated(1));
+    other.EditTargets([](MModulator::TargetList& list) { list.emplace_back(); });
+    EXPECT_TRUE(other.Prepare()) << "comes with its backup once more";
     test->Frozen = true;
     EXPECT_FALSE(test->Prepare());
     EXPECT_GT(row.GetParameter(2), 0.9) << "the other one holds it";

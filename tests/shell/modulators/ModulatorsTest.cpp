@@ -60,6 +60,23 @@ TEST(Modulators, TheEffectHearsThemAndTheUsersValueStays)
     }
 }
 
+TEST(Modulators, AutomationDrawsNoLineThroughThem)
+{
+    PluginUnderTest plugin;
+    plugin.Play(1024);
+    plugin->SetParameter(Frequency, 0.9, false); // the line to it would begin with this block
+    Pin(plugin->GetModulators()[0], *plugin, Frequency, 0.3);
+    for (int block = 0; block < 3; ++block)
+        plugin.Play(1024);
+    EXPECT_NEAR(plugin->GetParameter(Frequency), 0.9, 1e-12);
+    EXPECT_EQ(plugin->GetStatistics().interpolatedBlocks, 0);
+    plugin->GetModulators()[0].Enabled = false;
+    plugin.Play(1024);
+    plugin->SetParameter(Frequency, 0.1, false);
+    plugin.Play(1024);
+    EXPECT_EQ(plugin->GetStatistics().interpolatedBlocks, 1) << "as before";
+}
+
 TEST(Modulators, CutBlocksAndHearNotes)
 {
     PluginUnderTest plugin;
