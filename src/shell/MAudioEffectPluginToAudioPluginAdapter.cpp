@@ -61,7 +61,8 @@ std::intptr_t OnRefreshEditors(MPluginHost& host, std::intptr_t)
 MAudioEffectPluginToAudioPluginAdapter::MAudioEffectPluginToAudioPluginAdapter(int channelsOfBus)
     : busChannels(channelsOfBus),
       controllers(*this),
-      modulators(*this)
+      modulators(*this),
+      multiParameters(*this)
 {
 }
 
@@ -126,6 +127,8 @@ void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
             interpolated.push_back(adapter->GetFirstIndex());
     }
     GetInterpolation().SetParameters(interpolated);
+    for (MMultiParameter& slot : multiParameters)
+        AddAdapter(slot);
 }
 
 MAudioEffectPlugin* MAudioEffectPluginToAudioPluginAdapter::GetEffect() const noexcept
@@ -143,6 +146,7 @@ void MAudioEffectPluginToAudioPluginAdapter::InitEffect()
         effectMaxBlock = host->GetPluginInfo()->maxProcessingBlock;
     }
     modulators.InitProcessing(sampleRate);
+    multiParameters.InitProcessing(sampleRate);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::InitDone()
@@ -154,10 +158,11 @@ void MAudioEffectPluginToAudioPluginAdapter::InitDone()
 void MAudioEffectPluginToAudioPluginAdapter::ProcessPre(const float* const* /*inputs*/,
                                                         int /*samples*/)
 {
-    // Nothing but interpolation cuts blocks while no modulator runs.
+    // Nothing but interpolation cuts blocks while no modulator runs and no multiparameter glides.
     interpolationBlockSize = maxLFOBlockSize.load(std::memory_order_relaxed);
     subBlockSize = effectMaxBlock;
-    if (modulators.Prepare())
+    const bool isModulating = modulators.Prepare();
+    if (multiParameters.Prepare() || isModulating)
         subBlockSize = std::min(subBlockSize, interpolationBlockSize);
 }
 
@@ -185,6 +190,7 @@ void MAudioEffectPluginToAudioPluginAdapter::PrepareForProcessing(const float* c
         midiFlushPending.exchange(false, std::memory_order_relaxed))
         ProcessAllNotesOff(0, time.position);
     modulators.Process(time, inputs, samples, GetEffectChannels());
+    multiParameters.Process(samples);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::UpdateEffect()
@@ -332,12 +338,13 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
         std::function<void()> effect;
         decltype(controllers.assignments) assignments;
         decltype(controllers.noteControllers) noteControllers;
-        MXMLItem modulators{"settings"}; ///< as text, for they hold what cannot be copied
+        MXMLItem movers{"settings"}; ///< as text, for they hold what cannot be copied
     };
     const auto kept = std::make_shared<Kept>();
     if (GetEffect() != nullptr)
         kept->effect = GetEffect()->KeepState();
-    modulators.Store(kept->modulators);
+    modulators.Store(kept->movers);
+    multiParameters.Store(kept->movers);
     {
         const MLockGuard processing(GetProcessingLock());
         kept->assignments = controllers.assignments;
@@ -350,7 +357,8 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
     {
         if (kept->effect)
             kept->effect();
-        modulators.Load(kept->modulators);
+        modulators.Load(kept->movers);
+        multiParameters.Load(kept->movers);
         controllers.assignments = kept->assignments;
         controllers.noteControllers = kept->noteControllers;
         currentPresetIndex = index;
@@ -438,6 +446,7 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
     constexpr const char* IndexKey = "CurrentPresetIndex";
     StoreLFO(storage);
     StoreControllers(storage);
+    StoreMultiParameters(storage);
     if (storage.storing)
         storage.item.SetAttribute(IndexKey, currentPresetIndex);
     else
@@ -450,6 +459,15 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreLFO(const MStorageDescriptor& 
 {
     MTraced("MAudioEffectPluginToAudioPluginAdapter::StoreLFO", [&]
             { storage.storing ? modulators.Store(storage.item) : modulators.Load(storage.item); });
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreMultiParameters(const MStorageDescriptor& storage)
+{
+    MTraced("MAudioEffectPluginToAudioPluginAdapter::StoreMultiParameters",
+            [&] {
+                storage.storing ? multiParameters.Store(storage.item)
+                                : multiParameters.Load(storage.item);
+            });
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreControllers(const MStorageDescriptor& storage)

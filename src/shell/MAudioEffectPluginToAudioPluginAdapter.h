@@ -8,6 +8,7 @@
 #include "shell/MAudioPluginPipeline.h"
 #include "shell/MIDIControllers.h"
 #include "shell/modulators/Modulators.h"
+#include "shell/multiparameters/MultiParameters.h"
 
 class MAudioEffectPlugin;
 
@@ -71,6 +72,7 @@ public:
     /// Under the processing lock, but for what takes none.
     MIDIControllers& GetControllers() noexcept { return controllers; }
     Modulators& GetModulators() noexcept { return modulators; }
+    MultiParameters& GetMultiParameters() noexcept { return multiParameters; }
     MProcessingContext& GetContext() noexcept { return context; }
     /// Drops the temporary adapters. Not on the audio thread.
     void RefreshParameterList();
@@ -110,6 +112,7 @@ private:
     /// if it throws.
     void ApplyState(const std::function<void()>& load);
     void StoreLFO(const MStorageDescriptor& storage);
+    void StoreMultiParameters(const MStorageDescriptor& storage);
     void StoreControllers(const MStorageDescriptor& storage);
 
     const int busChannels;
@@ -117,6 +120,7 @@ private:
     MParameterList parameters;
     MIDIControllers controllers;
     Modulators modulators;
+    MultiParameters multiParameters;
     MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
     MRelaxed<std::int32_t> currentPresetIndex = 0; ///< written under the settings lock
