@@ -338,9 +338,11 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
         std::function<void()> effect;
         decltype(controllers.assignments) assignments;
         decltype(controllers.noteControllers) noteControllers;
+        ActivePresetChoice activePresets;
         MXMLItem movers{"settings"}; ///< as text, for they hold what cannot be copied
     };
     const auto kept = std::make_shared<Kept>();
+    kept->activePresets = activePresets;
     if (GetEffect() != nullptr)
         kept->effect = GetEffect()->KeepState();
     modulators.Store(kept->movers);
@@ -359,6 +361,7 @@ std::function<void()> MAudioEffectPluginToAudioPluginAdapter::KeepState()
             kept->effect();
         modulators.Load(kept->movers);
         multiParameters.Load(kept->movers);
+        activePresets = kept->activePresets;
         controllers.assignments = kept->assignments;
         controllers.noteControllers = kept->noteControllers;
         currentPresetIndex = index;
@@ -447,6 +450,7 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreStandardSettings(
     StoreLFO(storage);
     StoreControllers(storage);
     StoreMultiParameters(storage);
+    StoreActivePresets(storage);
     if (storage.storing)
         storage.item.SetAttribute(IndexKey, currentPresetIndex);
     else
@@ -468,6 +472,17 @@ void MAudioEffectPluginToAudioPluginAdapter::StoreMultiParameters(const MStorage
                 storage.storing ? multiParameters.Store(storage.item)
                                 : multiParameters.Load(storage.item);
             });
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::StoreActivePresets(const MStorageDescriptor& storage)
+{
+    MGuarded("MAudioEffectPluginToAudioPluginAdapter::StoreActivePresets", 0,
+             [&]
+             {
+                 storage.storing ? activePresets.Store(storage.item)
+                                 : activePresets.Load(storage.item);
+                 return 0;
+             });
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::StoreControllers(const MStorageDescriptor& storage)

@@ -5,6 +5,7 @@
 
 #include "effect/MAudioEffectPluginHost.h"
 #include "effect/parameters/MParameterList.h"
+#include "shell/ActivePresetChoice.h"
 #include "shell/MAudioPluginPipeline.h"
 #include "shell/MIDIControllers.h"
 #include "shell/modulators/Modulators.h"
@@ -73,6 +74,7 @@ public:
     MIDIControllers& GetControllers() noexcept { return controllers; }
     Modulators& GetModulators() noexcept { return modulators; }
     MultiParameters& GetMultiParameters() noexcept { return multiParameters; }
+    ActivePresetChoice& GetActivePresets() noexcept { return activePresets; }
     MProcessingContext& GetContext() noexcept { return context; }
     /// Drops the temporary adapters. Not on the audio thread.
     void RefreshParameterList();
@@ -113,6 +115,7 @@ private:
     void ApplyState(const std::function<void()>& load);
     void StoreLFO(const MStorageDescriptor& storage);
     void StoreMultiParameters(const MStorageDescriptor& storage);
+    void StoreActivePresets(const MStorageDescriptor& storage);
     void StoreControllers(const MStorageDescriptor& storage);
 
     const int busChannels;
@@ -121,6 +124,7 @@ private:
     MIDIControllers controllers;
     Modulators modulators;
     MultiParameters multiParameters;
+    ActivePresetChoice activePresets;
     MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
     MRelaxed<std::int32_t> currentPresetIndex = 0; ///< written under the settings lock

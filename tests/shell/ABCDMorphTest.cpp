@@ -93,9 +93,9 @@ TEST_F(ABCDMorphSquare, BetweenThemEachParameterIsBlended)
     };
     constexpr Case Cases[] = {
         {0.5, 0.5, 0.55}, // the mean
-        {0.5, 0.0, 0.3},      {0.0, 0.5, 0.55},         {1.0, 0.5, 0.55},
-        {0.25, 0.75, 0.7}, // 3/16 of 0.2, 1/16 of 0.4, 9/16 of 0.9, 3/16 of 0.7
-        {-1.0, 7.0, 0.9},     {std::nan(""), 0.0, 0.3},
+        {0.5, 0.0, 0.3},  {0.0, 0.5, 0.55},
+        {1.0, 0.5, 0.55}, {0.25, 0.75, 0.7}, // 3/16 of 0.2, 1/16 of 0.4, 9/16 of 0.9, 3/16 of 0.7
+        {-1.0, 7.0, 0.9}, {std::nan(""), 0.0, 0.3},
     };
     ABCDMorph morph(*plugin);
     for (const Case& row : Cases)

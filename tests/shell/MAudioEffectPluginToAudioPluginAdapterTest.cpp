@@ -46,7 +46,7 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, TellsWhatAHostSees)
                                      "Shape custom morph",
                                      "Shape step sequencer",
                                      "Shape smoothness"};
-    EXPECT_EQ(plugin->GetParameterCount(), 12);
+    EXPECT_EQ(plugin->GetParameterCount(), 16) << "with four multiparameters";
     for (int i = 0; i < 12; ++i)
         EXPECT_EQ(plugin->GetParameterName(i), Names[i]) << i;
     EXPECT_EQ(plugin->GetInputChannelName(1), "In 1");
@@ -113,15 +113,16 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, AnswersTheEffect)
         return peerCall(peerHost, static_cast<std::int32_t>(command), &none);
     };
     shell.AddTemporaryAdapter(std::make_unique<RowAdapter>(3));
-    EXPECT_EQ(shell.GetParameterCount(), 15);
+    EXPECT_EQ(shell.GetParameterCount(), 19);
     EXPECT_EQ(ask(MPluginHostCommand::ParameterListChanged), 0);
-    EXPECT_EQ(shell.GetParameterCount(), 12);
+    EXPECT_EQ(shell.GetParameterCount(), 16);
     EXPECT_EQ(ask(MPluginHostCommand::GetContext),
               reinterpret_cast<std::intptr_t>(&shell.GetContext()));
     EXPECT_EQ(ask(MPluginHostCommand::GetSampleRate), 64000);
     shell.TakePendingEditorUpdates();
     EXPECT_EQ(ask(MPluginHostCommand::RefreshEditors), 0);
-    EXPECT_EQ(shell.TakePendingEditorUpdates().size(), 9U) << "eight records and the shape";
+    EXPECT_EQ(shell.TakePendingEditorUpdates().size(), 13U)
+        << "eight records, the shape and four multiparameters";
 }
 
 TEST(MAudioEffectPluginToAudioPluginAdapter, StateComesBackWhole)

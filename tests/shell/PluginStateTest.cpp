@@ -91,6 +91,8 @@ void ChangeAll(MQuillfernAudioEffectPlugin& plugin)
     plugin.SetMaxLFOBlockSize(100);
     plugin.SetUpsampling(2, false);
     plugin.GetControllers().assignments[15].controller = 77;
+    plugin.GetActivePresets().EditPresets = true;
+    plugin.GetActivePresets().CurrentActivePreset = 3;
 }
 
 /// A state with all eight slots and @p index, each slot with a tree of its own.
@@ -137,7 +139,8 @@ TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
         return told;
     };
     const auto tree = Parse(Save(*plugin));
-    EXPECT_EQ(names(*tree), "Shape LFOs Controllers NoteControllers Preset1 Preset2 Preset3 "
+    EXPECT_EQ(names(*tree), "Shape LFOs Controllers NoteControllers MultiParameters ActivePreset "
+                            "Preset1 Preset2 Preset3 "
                             "Preset4 Preset5 Preset6 Preset7 ");
     EXPECT_EQ(tree->GetName(), "settings");
     constexpr std::pair<const char*, const char*> Keys[] = {
@@ -155,9 +158,9 @@ TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
     slots->AddSubItem("Preset8").SetAttribute("a", 1);
     Load(*plugin, Pack(*slots));
     const auto loaded = Parse(Save(*plugin));
-    EXPECT_EQ(names(*loaded),
-              "Shape LFOs Controllers NoteControllers Preset0 Preset1 Preset3 Preset4 "
-              "Preset5 Preset6 Preset7 ");
+    EXPECT_EQ(names(*loaded), "Shape LFOs Controllers NoteControllers MultiParameters ActivePreset "
+                              "Preset0 Preset1 Preset3 Preset4 "
+                              "Preset5 Preset6 Preset7 ");
     EXPECT_FALSE(loaded->HasAttribute("unknown"));
 }
 

@@ -62,6 +62,7 @@ MModulator::MModulator(MModulationCounter& sharedCounter, MLock& pluginProcessin
       Targets(1),
       claims(1, -1)
 {
+    Pitch.SetDetector(&pitchDetector);
 }
 
 MLock& MModulator::GetModulatorLock() noexcept

@@ -13,6 +13,7 @@
 #include "shell/modulators/MModulatorRandom.h"
 #include "shell/modulators/MModulatorSettings.h"
 #include "shell/modulators/MModulatorTarget.h"
+#include "shell/modulators/MTunedPitchDetector.h"
 
 class MAudioPluginAutomation;
 class MModulationCounter;
@@ -86,6 +87,7 @@ private:
     /// Makes what is modulated what should be. Under the modulator lock.
     void UpdateClaims(bool isRunning);
 
+    MTunedPitchDetector pitchDetector; ///< of Pitch
     MModulationCounter& counter;
     MLock& processingLock;
     double SampleRate = 44100.0; ///< Hz
