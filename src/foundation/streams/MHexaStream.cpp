@@ -21,9 +21,8 @@ constexpr auto Meanings = []
 {
     std::array<std::int16_t, 256> table{};
     table.fill(Other);
-    for (std::size_t blank = '\t'; blank <= '\r'; ++blank)
+    for (std::size_t blank = 0; blank <= ' '; ++blank)
         table[blank] = WhiteSpace;
-    table[' '] = WhiteSpace;
     for (std::int16_t value = 0; value < 16; ++value)
     {
         const unsigned char digit =
@@ -110,7 +109,7 @@ std::size_t MHexaStream::Read(std::span<std::byte> buffer)
             // What interrupts the pairs: white space, the end of the piece or a fault.
             const int meaning = MeaningOf(rest.front());
             rest = rest.subspan(1);
-            if (meaning == Other || (meaning == WhiteSpace && high >= 0))
+            if (meaning == Other)
                 ThrowBadText();
             if (meaning == WhiteSpace)
                 continue;

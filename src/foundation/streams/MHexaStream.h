@@ -12,9 +12,9 @@ public:
 
     /// In upper-case digits.
     void Write(std::span<const std::byte> bytes) override;
-    /// Takes digits of both cases and white space around the pairs; no more text than the bytes
-    /// asked for need. @throws MException (256) "Could not read required data from stream." for any
-    /// other character and half a pair.
+    /// Takes digits of both cases and passes over characters up to the blank; takes no more text
+    /// than the bytes asked for need. @throws MException (256) "Could not read required data from
+    /// stream." for any other character and for half a pair at the end.
     std::size_t Read(std::span<std::byte> buffer) override;
 
     /// The hexadecimal text of all that remains in @p source.

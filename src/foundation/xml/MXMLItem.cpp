@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <iterator>
+#include <string>
 #include <utility>
 
 #include "foundation/limits.h"
@@ -206,6 +207,18 @@ MXMLItem& MXMLItem::AddSubItem(const MString& itemName)
     return added;
 }
 
+void MXMLItem::RemoveSubItem(const MXMLItem& subItem) noexcept
+{
+    ForgetFound();
+    MXMLItem* const previous = subItem.previousSibling;
+    MXMLItem* const next = subItem.nextSibling;
+    if (previous != nullptr)
+        previous->nextSibling = next;
+    if (next != nullptr)
+        next->previousSibling = previous;
+    subItems.erase(std::ranges::find(subItems, &subItem, &std::unique_ptr<MXMLItem>::get));
+}
+
 void MXMLItem::CopyContents(const MXMLItem& source)
 {
     Clear();
@@ -288,9 +301,9 @@ void MXMLItem::StoreBytes(std::span<const std::byte> bytes, bool isCompressed)
 
 std::vector<std::byte> MXMLItem::LoadBytes(bool isCompressed) const
 {
-    MMemoryStream digits;
-    digits.WriteString(text);
-    digits.Seek(0, MStream::FromStart);
+    // In UTF-8 no character beyond ASCII has a byte that looks like a digit.
+    const std::string characters = text.ToUTF8();
+    MMemoryStream digits = MMemoryStream::Refer(std::as_bytes(std::span(characters)));
     MHexaStream hexa(digits);
     if (!isCompressed)
         return ReadAll(hexa);

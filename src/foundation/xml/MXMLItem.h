@@ -65,6 +65,8 @@ public:
     /// The first subitem of the name, added at the end if there is none.
     MXMLItem& GetOrAddSubItem(const MString& itemName);
     MXMLItem& AddSubItem(const MString& itemName);
+    /// Ends @p subItem, which is one of this item, and all below it.
+    void RemoveSubItem(const MXMLItem& subItem) noexcept;
     const std::vector<std::unique_ptr<MXMLItem>>& GetSubItems() const noexcept { return subItems; }
 
     /// Puts copies of the text, the attributes and all below @p source (not this item nor one above

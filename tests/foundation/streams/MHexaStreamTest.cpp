@@ -49,7 +49,8 @@ TEST(MHexaStream, ReadsWhatPeopleAndToolsWrite)
         {"both cases", "6a6B4C", "jkL"},
         {"white space around pairs", "\n 61\t62\r\n63 ", "abc"},
         {"much of it", std::string(300, ' ') + "61" + std::string(127, '\n') + "62", "ab"},
-        {"white space within a pair", "6 1", "!"},
+        {"white space within pairs", "6 16\n\r\n2", "ab"},
+        {"all characters up to the blank", std::string("6\0") + "1\x01\x1F" "62", "ab"},
         {"half a pair", "61626", "!"},
         {"half a pair and white space", "6 ", "!"},
         {"no digit", "6g", "!"},
@@ -57,7 +58,6 @@ TEST(MHexaStream, ReadsWhatPeopleAndToolsWrite)
         {"behind the digits", ":0", "!"},
         {"before the letters", "@0", "!"},
         {"between the letters", "`0", "!"},
-        {"terminator", std::string("61\0", 3), "!"},
         {"beyond ASCII", "61\xE1", "!"},
     };
     for (const Case& row : cases)

@@ -96,6 +96,16 @@ TEST(MXMLItem, LinksItsSubitems)
     EXPECT_EQ(second.GetNextSibling(), nullptr);
     EXPECT_EQ(root.GetDepth(), 0);
     EXPECT_EQ(third.GetDepth(), 2);
+
+    MXMLItem& last = root.AddSubItem("d");
+    root.RemoveSubItem(second);
+    EXPECT_EQ(first.GetNextSibling(), &last);
+    EXPECT_EQ(last.GetPreviousSibling(), &first);
+    EXPECT_FALSE(root.HasSubItem("b"));
+    root.RemoveSubItem(last);
+    EXPECT_EQ(first.GetNextSibling(), nullptr);
+    root.RemoveSubItem(first);
+    EXPECT_EQ(root.AddSubItem("e").GetPreviousSibling(), nullptr);
 }
 
 TEST(MXMLItem, IsWalkedOverByName)
@@ -187,9 +197,11 @@ TEST(MXMLItem, KeepsBytesAsText)
     }
     item.StoreBytes(std::span(bytes).first(4), false);
     EXPECT_EQ(item.GetText().ToUTF8(), "00010409");
-    for (const char* const broken : {"0", "0G", "00 1", "x"})
+    item.SetText(" 0\n1 02 ");
+    EXPECT_EQ(item.LoadBytes(false), (std::vector{std::byte{1}, std::byte{2}}));
+    for (const char* const broken : {"0", "0G", "00 1", "x", "3\xC4\xB1"})
     {
-        item.SetText(broken);
+        item.SetText(MString::FromUTF8(broken)); // the last one ends in U+0131
         EXPECT_EQ(FailureOf([&] { static_cast<void>(item.LoadBytes(false)); }),
                   "Could not read required data from stream.")
             << broken;
