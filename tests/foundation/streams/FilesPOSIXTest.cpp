@@ -11,6 +11,7 @@
 #include "foundation/streams/Files.h"
 #include "foundation/streams/MStdFileStream.h"
 #include "tests/FileSizeLimit.h"
+#include "tests/OrdinaryUser.h"
 #include "tests/TemporaryFolder.h"
 #include "tests/foundation/streams/StreamTest.h"
 
@@ -25,27 +26,6 @@ MString NameOf(const std::filesystem::path& path)
 {
     return MString::FromUTF8(path.native());
 }
-
-/// Rights bind everybody but the superuser, which tests in containers often are.
-class OrdinaryUser
-{
-public:
-    OrdinaryUser() : isRoot(geteuid() == 0)
-    {
-        if (isRoot && seteuid(65534) != 0)
-            std::abort();
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    ~OrdinaryUser()
-    {
-        if (isRoot && seteuid(0) != 0)
-            std::abort();
-    }
-
-private:
-    bool isRoot;
-};
 
 TEST(MStdFileStream, ReadsAFileThatMayNotBeWritten)
 {
