@@ -33,6 +33,8 @@ std::size_t BlockBytes(std::size_t characters, std::size_t headerBytes)
     return bytes <= LargestPower ? std::bit_ceil(bytes) : bytes;
 }
 
+constexpr std::size_t SearchedAtOnce = 32; ///< characters
+
 constexpr std::size_t TooManyCharacters = limits::TextCharacters + std::size_t{1};
 
 constexpr char16_t ToLowerASCII(char16_t character) noexcept
@@ -351,10 +353,24 @@ MString MString::ToUpper() const
 
 int MString::Find(char16_t character, int from) const noexcept
 {
-    for (int i = std::max(from, 0); i < length; ++i)
-        if (CharAt(i) == character)
-            return i;
-    return -1;
+    return WithCharacters(
+        [character, from](auto characters)
+        {
+            auto at = static_cast<std::size_t>(std::max(from, 0));
+            // Round by round, without a branch for each character, to the one that holds it.
+            for (; at + SearchedAtOnce <= characters.size(); at += SearchedAtOnce)
+            {
+                bool isHere = false;
+                for (const auto unit : characters.subspan(at, SearchedAtOnce))
+                    isHere |= ToWide(unit) == character;
+                if (isHere)
+                    break;
+            }
+            for (; at < characters.size(); ++at)
+                if (ToWide(characters[at]) == character)
+                    return static_cast<int>(at);
+            return -1;
+        });
 }
 
 int MString::FindLast(char16_t character, int from) const noexcept

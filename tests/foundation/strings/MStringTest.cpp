@@ -199,6 +199,16 @@ TEST(MString, FindsCharactersFromEitherEnd)
         EXPECT_EQ(text.FindLast(u'b', 0), 0);
         EXPECT_EQ(text.FindLast(u'b', -1), -1);
     }
+    for (int place = 0; place < 100; ++place)
+    {
+        std::string text(100, 'x');
+        text[static_cast<std::size_t>(place)] = 'y';
+        for (const MString& searched : {MString(text.c_str()), MString::FromNarrow(text)})
+        {
+            EXPECT_EQ(searched.Find(u'y', place / 2), place);
+            EXPECT_EQ(searched.Find(u'y', place + 1), -1);
+        }
+    }
     EXPECT_EQ(MString("\xE9").Find(0xFFE9), 0);
     EXPECT_EQ(MString().FindLast(u'a', 0), -1);
 }
