@@ -360,10 +360,10 @@ int MString::Find(char16_t character, int from) const noexcept
             // Round by round, without a branch for each character, to the one that holds it.
             for (; at + SearchedAtOnce <= characters.size(); at += SearchedAtOnce)
             {
-                bool isHere = false;
+                std::uint16_t isHere = 0; // as wide as what is compared
                 for (const auto unit : characters.subspan(at, SearchedAtOnce))
-                    isHere |= ToWide(unit) == character;
-                if (isHere)
+                    isHere = ToWide(unit) == character ? 1 : isHere;
+                if (isHere != 0)
                     break;
             }
             for (; at < characters.size(); ++at)
