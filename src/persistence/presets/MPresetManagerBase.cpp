@@ -217,6 +217,7 @@ std::unique_ptr<MXMLItem> MPresetManagerBase::StoreOwner(const MString& name)
     auto preset = std::make_unique<MXMLItem>("preset");
     owner.Store(*preset);
     preset->SetName("preset"); // whatever the owner made of it
+    presettree::MakeStorable(*preset);
     presettree::SetName(*preset, name);
     return preset;
 }

@@ -75,6 +75,21 @@ TEST_F(PresetTest, NamesHoldAnyCharacters)
     }
 }
 
+TEST_F(PresetTest, TextsOfTheOwnerCannotBreakTheFile)
+{
+    struct : MPresetBase
+    {
+        void Store(MXMLItem& preset) override
+        {
+            preset.SetAttribute("ExchangeIndex", MString::FromUTF16(u"1\xD800"));
+        }
+        void Load(MXMLItem& /*preset*/) override {}
+    } careless;
+    MPresetManagerBase manager(careless, "", folder.GetName());
+    manager.AddPreset(manager.GetRoot(), "a");
+    EXPECT_EQ(ReadOutline(), "a");
+}
+
 TEST_F(PresetTest, WhatCannotBeReadIsToldAndNeverWrittenOver)
 {
     struct Case
