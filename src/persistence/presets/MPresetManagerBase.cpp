@@ -7,6 +7,7 @@
 #include "foundation/threads/MException.h"
 #include "persistence/presets/MPresetBase.h"
 #include "persistence/presets/PresetTree.h"
+#include "persistence/presets/StorableTree.h"
 
 namespace
 {
@@ -217,7 +218,7 @@ std::unique_ptr<MXMLItem> MPresetManagerBase::StoreOwner(const MString& name)
     auto preset = std::make_unique<MXMLItem>("preset");
     owner.Store(*preset);
     preset->SetName("preset"); // whatever the owner made of it
-    presettree::MakeStorable(*preset);
+    storabletree::DropUnstorable(*preset);
     presettree::SetName(*preset, name);
     return preset;
 }

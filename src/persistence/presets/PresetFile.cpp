@@ -6,7 +6,7 @@
 #include "foundation/streams/MStdFileStream.h"
 #include "foundation/threads/MException.h"
 #include "foundation/xml/MXMLParser.h"
-#include "persistence/presets/PresetTree.h"
+#include "persistence/presets/StorableTree.h"
 
 namespace
 {
@@ -57,7 +57,7 @@ std::unique_ptr<MXMLItem> ReadPresetTree(const MString& fileName)
         Refuse("The XML does not contain any elements.");
     if (!parser.IsWhole())
         Refuse("Invalid file contents. The file is not complete.");
-    presettree::MakeStorable(*root);
+    storabletree::DropUnstorable(*root);
     return root;
 }
 
@@ -104,7 +104,7 @@ std::unique_ptr<MXMLItem> PresetFile::ReadIfChanged()
 
 void PresetFile::Write(const MXMLItem& root)
 {
-    presettree::CheckLimits(root);
+    storabletree::CheckLimits(root);
     MMemoryStream written;
     root.Save(written, false, "utf-8");
     written.Seek(0, MStream::FromStart);

@@ -1,13 +1,10 @@
 #include "persistence/presets/PresetTree.h"
 
 #include <algorithm>
-#include <string>
 
-#include "foundation/limits.h"
 #include "foundation/streams/MMemoryStream.h"
-#include "foundation/strings/UTF8.h"
-#include "foundation/threads/MException.h"
 #include "persistence/presets/MPresetBase.h"
+#include "persistence/presets/StorableTree.h"
 
 namespace
 {
@@ -18,11 +15,6 @@ constexpr const char* CompressedKey = "compressed";
 constexpr const char* ExchangeKey = "ExchangeIndex";
 
 constexpr char16_t Separator = u'/';
-
-[[noreturn]] void Refuse(const char* text)
-{
-    throw MException(text, MException::BadData);
-}
 
 void Compress(MXMLItem& preset)
 {
@@ -127,42 +119,6 @@ bool HaveSameContents(const MXMLItem& a, const MXMLItem& b)
                               { return HaveSameContents(*left, *right); });
 }
 
-/// Whether nothing in @p text can be among what Storable drops, as in nearly all texts.
-bool IsPlain(const MString& text)
-{
-    return text.WithCharacters(
-        [](auto characters)
-        {
-            return std::ranges::none_of(characters, [](auto unit)
-                                        { return static_cast<char16_t>(unit) >= 0xD800; });
-        });
-}
-
-void CheckStorable(const MString& name)
-{
-    if (!AreSame(presettree::Storable(name), name))
-        Refuse("Invalid file contents. Names hold characters that cannot be stored.");
-}
-
-void CheckText(const MString& text)
-{
-    if (static_cast<std::size_t>(text.Length()) > limits::XMLTextCharacters)
-        Refuse("Invalid file contents. Text is too long.");
-}
-
-void CheckLimits(const MXMLItem& item, int depth, int& count)
-{
-    if (depth > limits::XMLDepth)
-        Refuse("Invalid file contents. Elements are nested too deeply.");
-    if (++count > limits::XMLItems)
-        Refuse("Invalid file contents. Too many elements.");
-    CheckText(item.GetText());
-    for (const MAttribute& attribute : item.GetAttributes())
-        CheckText(attribute.value);
-    for (const auto& subItem : item.GetSubItems())
-        CheckLimits(*subItem, depth + 1, count);
-}
-
 } // namespace
 
 bool presettree::IsFolder(const MXMLItem& item) noexcept
@@ -184,7 +140,7 @@ const MString& presettree::GetName(const MXMLItem& item) noexcept
 
 void presettree::SetName(MXMLItem& item, const MString& name)
 {
-    item.SetAttribute(IsPreset(item) ? PresetName : FolderName, Storable(name));
+    item.SetAttribute(IsPreset(item) ? PresetName : FolderName, storabletree::DropUnstorable(name));
 }
 
 int presettree::CompressPresets(MXMLItem& root)
@@ -265,51 +221,4 @@ MXMLItem* presettree::FindSame(const MXMLItem& item, MXMLItem& changedRoot)
     const auto found = std::ranges::find_if(namesakes, [&item](const MXMLItem* candidate)
                                             { return HaveSameContents(*candidate, item); });
     return found != namesakes.end() ? *found : nullptr;
-}
-
-MString presettree::Storable(const MString& text)
-{
-    if (IsPlain(text))
-        return text;
-    std::u16string kept;
-    for (int i = 0; i < text.Length(); ++i)
-    {
-        const char16_t unit = text.CharAt(i);
-        const char16_t next = text.CharAt(i + 1);
-        if (utf8::IsHighSurrogate(unit) && utf8::IsLowSurrogate(next))
-        {
-            const char32_t character = utf8::Join(unit, next);
-            if (character < utf8::FirstEscape || character > utf8::LastEscape)
-                kept.append({unit, next});
-            ++i;
-        }
-        else if (!utf8::IsHighSurrogate(unit) && !utf8::IsLowSurrogate(unit) &&
-                 unit != utf8::ByteOrderMark)
-            kept.push_back(unit);
-    }
-    return MString::FromUTF16(kept);
-}
-
-void presettree::MakeStorable(MXMLItem& item)
-{
-    CheckStorable(item.GetName());
-    if (!IsPlain(item.GetText()))
-        item.SetText(Storable(item.GetText()));
-    std::vector<MAttribute> changed;
-    for (const MAttribute& attribute : item.GetAttributes())
-    {
-        CheckStorable(attribute.name);
-        if (!IsPlain(attribute.value))
-            changed.push_back(attribute);
-    }
-    for (const MAttribute& attribute : changed)
-        item.SetAttribute(attribute.name, Storable(attribute.value));
-    for (const auto& subItem : item.GetSubItems())
-        MakeStorable(*subItem);
-}
-
-void presettree::CheckLimits(const MXMLItem& root)
-{
-    int count = 0;
-    ::CheckLimits(root, 1, count);
 }

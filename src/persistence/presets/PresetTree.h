@@ -42,14 +42,4 @@ MXMLItem& FindCounterpart(const MXMLItem& item, MXMLItem& copy);
 /// Null if there is none.
 MXMLItem* FindSame(const MXMLItem& item, MXMLItem& changedRoot);
 
-/// Drops characters that would not come back from a file: halves of surrogate pairs, U+FEFF and the
-/// escapes from U+10FE01 to U+10FEFF, whose raw bytes may break the file.
-MString Storable(const MString& text);
-/// The same for all texts and values at and below @p item.
-/// @throws MException (256) "Invalid file contents. ..." for a name of an item or attribute that
-/// has such characters
-void MakeStorable(MXMLItem& item);
-/// Refuses what a parser would refuse to read back. @throws MException (256) as MMLParser does
-void CheckLimits(const MXMLItem& root);
-
 } // namespace presettree

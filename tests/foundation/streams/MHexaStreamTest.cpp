@@ -50,7 +50,7 @@ TEST(MHexaStream, ReadsWhatPeopleAndToolsWrite)
         {"white space around pairs", "\n 61\t62\r\n63 ", "abc"},
         {"much of it", std::string(300, ' ') + "61" + std::string(127, '\n') + "62", "ab"},
         {"white space within pairs", "6 16\n\r\n2", "ab"},
-        {"all characters up to the blank", std::string("6\0") + "1\x01\x1F" "62", "ab"},
+        {"all characters up to the blank", std::string("6\0001\x01 \x1F", 6) + "62", "ab"},
         {"half a pair", "61626", "!"},
         {"half a pair and white space", "6 ", "!"},
         {"no digit", "6g", "!"},

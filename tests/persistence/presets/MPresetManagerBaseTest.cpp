@@ -164,32 +164,20 @@ TEST_F(PresetTest, PlainPresetsGoOutCompressed)
 
 TEST_F(PresetTest, CompressionStopsAtAPresetWithoutName)
 {
-    struct Case
-    {
-        const char* contents;
-        int count;
-        const char* compressed; ///< the names of those that are in the end
-    };
-    const Case cases[] = {
-        {"<presets/>", 0, ""},
-        {"<presets><preset name=\"a\"/><Directory><preset name=\"b\"/></Directory></presets>", 2,
-         "ab"},
-        {"<presets><preset name=\"a\"/><preset/><preset name=\"c\"/></presets>", 0, "a"},
-        {"<presets><Directory><preset name=\"a\"/><preset compressed=\"1\"/></Directory>"
-         "<preset name=\"c\"/></presets>",
-         0, "a"},
-    };
-    for (const Case& row : cases)
-    {
-        Write(row.contents);
-        MPresetManagerBase manager(owner, "", folder.GetName());
-        EXPECT_EQ(presettree::CompressPresets(manager.GetRoot()), row.count) << row.contents;
-        std::string compressed;
-        for (const MXMLItem* const preset : manager.ListPresets())
-            if (preset->FindAttribute("compressed") != nullptr)
-                compressed += presettree::GetName(*preset).ToUTF8();
-        EXPECT_EQ(compressed, row.compressed) << row.contents;
-    }
+    MXMLItem root("presets");
+    MXMLItem& inner = root.AddSubItem("Directory");
+    MXMLItem* const presets[] = {&inner.AddSubItem("preset"), &inner.AddSubItem("preset"),
+                                 &root.AddSubItem("preset")};
+    presets[0]->SetAttribute("name", "a");
+    presets[1]->SetAttribute("compressed", 1);
+    presets[2]->SetAttribute("name", "c");
+    EXPECT_EQ(presettree::CompressPresets(root), 0);
+    EXPECT_TRUE(presets[0]->HasAttribute("compressed"));
+    EXPECT_FALSE(presets[2]->HasAttribute("compressed"));
+    presets[1]->SetAttribute("name", "b");
+    EXPECT_EQ(presettree::CompressPresets(root), 1);
+    EXPECT_TRUE(presets[1]->GetText().IsEmpty());
+    EXPECT_TRUE(presets[2]->HasAttribute("compressed"));
 }
 
 TEST_F(PresetTest, BrokenPresetsLeaveTheOwnerAlone)
@@ -256,11 +244,8 @@ TEST_F(PresetTest, NextAndPreviousWalkRound)
     MPresetManagerBase manager(owner, "", folder.GetName());
     EXPECT_EQ(manager.FindNext(nullptr), nullptr);
     EXPECT_EQ(manager.FindPrevious(nullptr), nullptr);
-    Write("<presets><Directory/><preset name=\"a\"><preset name=\"inside\"/></preset><Directory>"
-          "<Directory><preset name=\"b\"/></Directory><preset name=\"c\"/></Directory><Directory/>"
-          "<preset name=\"d\"/></presets>");
+    Write(FileOf("x{}a y{z{b}c}u{}d"));
     manager.LoadFile();
-    EXPECT_EQ(manager.GetGeneration(), 1);
     std::string forwards;
     std::string backwards;
     const MXMLItem* next = nullptr;
@@ -278,68 +263,48 @@ TEST_F(PresetTest, NextAndPreviousWalkRound)
 
 TEST_F(PresetTest, PathsAreFoundInWhateverCaseUnlessOneIsExact)
 {
-    Write("<presets><Directory Name=\"x\"><preset name=\"y/z\"/></Directory><Directory "
-          "Name=\"x/y\"><preset name=\"w\"/><preset name=\"z\"/><preset name=\"W\"/></Directory>"
-          "<preset name=\"R\xC3\xA9sum\xC3\xA9\"/></presets>");
+    Write(FileOf("x{y/z}x/y{w z W}R\xC3\xA9sum\xC3\xA9"));
     const MPresetManagerBase manager(owner, "", folder.GetName());
     const std::vector<MXMLItem*> all = manager.ListPresets();
-    struct Case
-    {
-        const char* path;
-        MXMLItem* expected;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, MXMLItem*> cases[] = {
         {"x/y/z", all[0]}, {"x/y/w", all[1]},  {"x/y/W", all[3]}, {"X/Y/Z", all[0]},
         {"x", nullptr},    {"x/y/", nullptr},  {"", nullptr},     {"/x/y/z", nullptr},
         {"z", nullptr},    {"resume", all[4]},
     };
-    for (const Case& row : cases)
-        EXPECT_EQ(manager.Find(row.path), row.expected) << row.path;
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(manager.Find(path), expected) << path;
 }
 
 TEST_F(PresetTest, AChangeIsAppliedToWhatOthersHaveWritten)
 {
-    const std::string before =
-        "<presets><Directory Name=\"f\"><preset name=\"a\" State=\"1\"/><preset "
-        "name=\"a\" State=\"2\"/></Directory><preset name=\"b\"/></presets>";
     struct Case
     {
         const char* what;
-        const char* path; ///< of what is renamed; of the presets "a", the second one
-        std::string after;
+        int renamed; ///< which preset of "f{a=1 a=2}b=3"
+        const char* after;
         const char* outline;
     };
     const Case cases[] = {
-        {"all in another order", "b",
-         "<presets><preset name=\"b\"/><Directory Name=\"f\"/><preset name=\"c\"/></presets>",
-         "new f{}c"},
-        {"other contents", "b", "<presets><preset name=\"b\" State=\"9\"/></presets>", "new"},
-        {"gone", "b", "<presets><preset name=\"B\"/></presets>", "B"},
-        {"the first of two gone", "a",
-         "<presets><Directory Name=\"f\"><preset name=\"a\" State=\"2\"/></Directory></presets>",
-         "f{new}"},
-        {"the second of two gone", "a",
-         "<presets><Directory Name=\"f\"><preset name=\"a\" State=\"1\"/></Directory></presets>",
-         "f{a}"},
-        {"two folders", "a",
-         "<presets><Directory Name=\"f\"/><Directory Name=\"f\"><preset name=\"a\" State=\"1\"/>"
-         "<preset name=\"a\" State=\"2\"/></Directory></presets>",
-         "f{}f{a new}"},
-        {"the folder gone", "a", "<presets><preset name=\"a\" State=\"2\"/></presets>", "a"},
+        {"all in another order", 2, "b=3 f{a=2 a=1}c=4", "new f{a a}c"},
+        {"other contents", 2, "f{}b=9", "f{}new"},
+        {"only one of another case", 2, "B=3", "B"},
+        {"the first of two gone", 1, "f{a=2}", "f{new}"},
+        {"the second of two gone", 1, "f{a=1}", "f{a}"},
+        {"two folders now", 1, "f{}f{a=1 a=2}", "f{}f{a new}"},
+        {"two folders, neither as before", 1, "f{a=2}f{a=2}", "f{a}f{a}"},
+        {"the folder gone", 1, "a=2", "a"},
     };
     for (const Case& row : cases)
     {
-        Write(before);
+        Write(FileOf("f{a=1 a=2}b=3"));
         MPresetManagerBase manager(owner, "", folder.GetName());
-        const bool isInFolder = row.path == std::string("a");
-        MXMLItem& renamed = *manager.ListPresets()[isInFolder ? 1 : 2];
         const int generation = manager.GetGeneration();
-        Write(row.after);
+        MXMLItem& renamed = *manager.ListPresets()[static_cast<std::size_t>(row.renamed)];
+        const std::string path = MPresetManagerBase::GetPath(renamed).ToUTF8();
+        Write(FileOf(row.after));
         const bool isFound = std::string(row.outline).find("new") != std::string::npos;
         EXPECT_EQ(Thrown([&] { manager.RenamePreset(renamed, "new"); }),
-                  isFound      ? "nothing"
-                  : isInFolder ? "Could not find preset \"f/a\"."
-                               : "Could not find preset \"b\".")
+                  isFound ? "nothing" : "Could not find preset \"" + path + "\".")
             << row.what;
         EXPECT_EQ(ReadOutline(), row.outline) << row.what;
         EXPECT_EQ(Outline(manager.GetRoot()), row.outline) << row.what;
@@ -349,14 +314,11 @@ TEST_F(PresetTest, AChangeIsAppliedToWhatOthersHaveWritten)
 
 TEST_F(PresetTest, NothingIsWrittenThatCouldNotBeReadAgain)
 {
+    std::string deep;
+    for (int i = 2; i < limits::XMLDepth; ++i)
+        deep.insert(0, "f{").append("}");
+    Write(FileOf(deep));
     MPresetManagerBase manager(owner, "", folder.GetName());
-    std::string deep = "<presets>";
-    for (int i = 2; i < limits::XMLDepth; ++i)
-        deep += "<Directory>";
-    for (int i = 2; i < limits::XMLDepth; ++i)
-        deep += "</Directory>";
-    Write(deep + "</presets>");
-    manager.LoadFile();
     MXMLItem* innermost = &manager.GetRoot();
     while (!innermost->GetSubItems().empty())
         innermost = innermost->GetSubItems().back().get();

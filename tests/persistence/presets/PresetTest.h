@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "foundation/threads/MException.h"
 #include "persistence/presets/MPresetBase.h"
 #include "persistence/presets/MPresetManagerBase.h"
@@ -35,6 +37,30 @@ inline std::string Outline(const MXMLItem& folder)
             text.append("{").append(Outline(*item)).append("}");
     }
     return text;
+}
+
+/// The other way: a file with plain presets, whose states stand behind their names, as in "a{b=1}".
+inline std::string FileOf(std::string_view outline)
+{
+    std::string text = "<presets>";
+    while (!outline.empty())
+    {
+        const std::string_view word = outline.substr(0, outline.find_first_of(" {}"));
+        const std::string name(word.substr(0, word.find('=')));
+        outline.remove_prefix(word.size());
+        if (outline.starts_with('{'))
+            text.append("<Directory Name=\"").append(name).append("\">");
+        else if (!word.empty())
+            text.append("<preset name=\"")
+                .append(name)
+                .append("\" State=\"")
+                .append(word.substr(std::min(word.size(), name.size() + 1)))
+                .append("\"/>");
+        if (outline.starts_with('}'))
+            text += "</Directory>";
+        outline.remove_prefix(outline.empty() ? 0 : 1);
+    }
+    return text + "</presets>";
 }
 
 /// A folder, the file "presets.xml" in it, and a manager of that.
