@@ -72,6 +72,7 @@ TEST_F(PresetTest, NamesHoldAnyCharacters)
             EXPECT_EQ(units, row.stored) << row.what;
         }
         EXPECT_EQ(fresh.Find(MPresetManagerBase::GetPath(*presets[0])), presets[0]) << row.what;
+        EXPECT_EQ(Outline(manager.GetRoot()), Outline(fresh.GetRoot())) << row.what;
     }
 }
 

@@ -36,7 +36,7 @@ TEST(MPresetManagerBaseThreads, ManagersThatAddAtOnceLoseNothing)
 
     PresetOwner owner;
     const MPresetManagerBase manager(owner, "", folder.GetName());
-    EXPECT_EQ(manager.ListPresets().size(), std::size_t{Managers * Presets});
+    EXPECT_EQ(std::ssize(manager.ListPresets()), Managers * Presets);
     for (int number = 0; number < Managers; ++number)
         for (int i = 0; i < Presets; ++i)
         {
