@@ -25,6 +25,8 @@ std::string TellSettings(MXMLItem& item)
     add(shape.GetRequiredSubItem("Operations"), "Skew");
     for (const char* const name : {"Controller0", "Controller15"})
         add(controllers.GetRequiredSubItem(name), "Controller");
+    for (const auto& modulator : item.GetRequiredSubItem("LFOs").GetSubItems())
+        add(modulator->GetRequiredSubItem("Random"), "Speed");
     return told + std::to_string(shape.GetRequiredSubItem("Envelope").GetSubItems().size());
 }
 
@@ -42,6 +44,8 @@ std::unique_ptr<MXMLItem> MakeState(const PluginUnderTest& plugin, int number)
         shape.GetRequiredSubItem("Envelope").AddSubItem("Point").SetAttribute("x", point * 0.001);
     for (const auto& row : item->GetRequiredSubItem("Controllers").GetSubItems())
         row->SetAttribute("Controller", 20 + number);
+    for (const auto& modulator : item->GetRequiredSubItem("LFOs").GetSubItems())
+        modulator->GetRequiredSubItem("Random").SetAttribute("Speed", number);
     return item;
 }
 
@@ -77,6 +81,15 @@ TEST(AudioPluginThreads, BlocksAndStatesStaySoundWhateverHostsDo)
                     plugin->SetParameter(index, round % 11 * 0.1, round % 3 == 0);
                     plugin->GetParameterValueName(round % 12);
                     plugin->SetBypassed(round % 16 == 0);
+                    MModulator& modulator = plugin->GetModulators()[round % 2 == 0 ? 0 : 1];
+                    modulator.Enabled = round % 5 != 0;
+                    modulator.SetMode(static_cast<MModulatorMode>(round % 4));
+                    modulator.EditTargets(
+                        [&](MModulator::TargetList& list)
+                        {
+                            list.resize(static_cast<std::size_t>(round % 3 + 1));
+                            list.back().Assign(index, *plugin);
+                        });
                     MIDIControllers::Source source{};
                     plugin->GetControllers().TakeSource(source);
                     plugin->TakePendingEditorUpdates();
