@@ -208,11 +208,11 @@ TEST(MModulatorRandom, WalksFromNodeToNodeWithTheSong)
         test.time.position = quarters;
         return (test.Play(64) + 1.0) / 2.0;
     };
-    std::vector<double> first;
-    for (int i = 0; i < 400; ++i)
-        first.push_back(y(i * 0.37));
-    for (int i = 399; i >= 0; --i)
-        EXPECT_EQ(y(i * 0.37), first[static_cast<std::size_t>(i)]) << i;
+    std::array<double, 400> first{};
+    for (std::size_t i = 0; i < first.size(); ++i)
+        first[i] = y(static_cast<double>(i) * 0.37);
+    for (std::size_t i = first.size(); i-- > 0;)
+        EXPECT_EQ(y(static_cast<double>(i) * 0.37), first[i]) << i;
 
     for (const double smoothness : {0.0, 0.4, 1.0})
         for (const int quarter : {0, 1, 2, 999, 123456789})
