@@ -1,4 +1,4 @@
-#include <cmath>
+#include <limits>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -20,6 +20,8 @@ constexpr int Shape = 8;
 class Listener final : public MAudioPluginAdapter
 {
 public:
+    virtual ~Listener() = default;
+
     void SendAutomation(int index, double /*value01*/) override { told.insert(index); }
     void SendBypassAutomation(bool /*isBypassed*/) override {}
     void GenerateMIDIEvent(int /*offset*/, const std::uint8_t* /*bytes*/) override {}
@@ -45,13 +47,13 @@ protected:
         }
         plugin->SetAdapter(&listener);
     }
-    ~ABCDMorphSquare() override { plugin->SetAdapter(nullptr); }
+    void TearDown() override { plugin->SetAdapter(nullptr); }
 
     std::vector<double> GetAll() const
     {
-        std::vector<double> all;
-        for (int i = 0; i < plugin->GetParameterCount(); ++i)
-            all.push_back(plugin->GetParameter(i));
+        std::vector<double> all(static_cast<std::size_t>(plugin->GetParameterCount()));
+        for (std::size_t i = 0; i < all.size(); ++i)
+            all[i] = plugin->GetParameter(static_cast<int>(i));
         return all;
     }
 
@@ -65,6 +67,7 @@ protected:
 TEST_F(ABCDMorphSquare, CornersAreTheirSlots)
 {
     std::vector<std::vector<double>> slots;
+    slots.reserve(ABCDMorph::CornerCount);
     for (const int slot : {0, 1, 2, 3})
     {
         plugin->SelectPresetSlot(slot);
@@ -75,7 +78,8 @@ TEST_F(ABCDMorphSquare, CornersAreTheirSlots)
     EXPECT_EQ(morph.GetY(), 0.5);
     for (const int slot : {1, 0, 3, 2})
     {
-        morph.MoveTo(slot % 2, slot / 2);
+        const bool isLower = slot >= 2;
+        morph.MoveTo(slot % 2, isLower ? 1.0 : 0.0);
         const std::vector<double> all = GetAll();
         for (std::size_t i = 0; i < all.size(); ++i)
             EXPECT_NEAR(all[i], slots[static_cast<std::size_t>(slot)][i], ABCDMorph::LeastChange)
@@ -95,7 +99,7 @@ TEST_F(ABCDMorphSquare, BetweenThemEachParameterIsBlended)
         {0.5, 0.5, 0.55}, // the mean
         {0.5, 0.0, 0.3},  {0.0, 0.5, 0.55},
         {1.0, 0.5, 0.55}, {0.25, 0.75, 0.7}, // 3/16 of 0.2, 1/16 of 0.4, 9/16 of 0.9, 3/16 of 0.7
-        {-1.0, 7.0, 0.9}, {std::nan(""), 0.0, 0.3},
+        {-1.0, 7.0, 0.9}, {std::numeric_limits<double>::quiet_NaN(), 0.0, 0.3},
     };
     ABCDMorph morph(*plugin);
     for (const Case& row : Cases)
