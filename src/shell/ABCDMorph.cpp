@@ -39,14 +39,18 @@ ABCDMorph::ABCDMorph(MQuillfernAudioEffectPlugin& morphedPlugin)
       before(morphedPlugin.KeepCurrentSlot()),
       values(static_cast<std::size_t>(morphedPlugin.GetParameterCount()))
 {
+    // A host may load a state meanwhile, on a thread of its own.
+    const PresetSlots slots = [this]
+    {
+        const MLockGuard settings(plugin.GetSettingsLock());
+        return plugin.GetPresetSlots();
+    }();
     const auto probe = MQuillfernAudioEffectPlugin::Create(MPluginConfiguration::Get());
     for (int corner = 0; corner < CornerCount; ++corner)
     {
-        const bool isCurrent = corner == plugin.GetPresetSlots().GetCurrentSlot();
-        const PresetSlots::State& slot =
-            isCurrent ? before : plugin.GetPresetSlots().GetSlot(corner);
+        const PresetSlots::State& slot = slots.GetSlot(corner);
         MXMLItem state("settings");
-        state.CopyContents(slot != nullptr ? *slot : *before);
+        state.CopyContents(slot != nullptr ? *slot : *before); // null for the current one
         probe->Store({.storing = false, .item = state});
         for (std::size_t i = 0; i < values.size(); ++i)
             values[i].at(static_cast<std::size_t>(corner)) =
