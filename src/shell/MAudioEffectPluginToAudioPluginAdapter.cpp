@@ -13,6 +13,7 @@
 #include "foundation/xml/MXMLItem.h"
 #include "foundation/xml/SettingsTree.h"
 #include "host/MAudioPluginAdapter.h"
+#include "shell/PluginPresets.h"
 
 namespace
 {
@@ -208,6 +209,13 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessUpdate()
                      effect->ProcessUpdate();
                  return 0;
              });
+}
+
+PluginPresets& MAudioEffectPluginToAudioPluginAdapter::GetPresets()
+{
+    if (presets == nullptr)
+        presets = std::make_unique<PluginPresets>(*this);
+    return *presets;
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::RefreshParameterList()

@@ -12,6 +12,7 @@
 #include "shell/multiparameters/MultiParameters.h"
 
 class MAudioEffectPlugin;
+class PluginPresets;
 
 /// What an effect is handed with each block, and may ask for; it sees no more than the name.
 struct MProcessingContext
@@ -69,6 +70,9 @@ public:
 
     /// Place in the host's list of programs, as stored; whoever uses it limits it.
     int GetCurrentPresetIndex() const noexcept { return currentPresetIndex; }
+    void SetCurrentPresetIndex(int index) noexcept { currentPresetIndex = index; }
+    /// Reads their files when it is called for the first time. GUI thread.
+    PluginPresets& GetPresets();
 
     /// Under the processing lock, but for what takes none.
     MIDIControllers& GetControllers() noexcept { return controllers; }
@@ -127,6 +131,7 @@ private:
     ActivePresetChoice activePresets;
     MProcessingContext context{time};
     std::atomic<std::int32_t> maxLFOBlockSize = DefaultMaxLFOBlockSize;
-    MRelaxed<std::int32_t> currentPresetIndex = 0; ///< written under the settings lock
-    std::int32_t effectMaxBlock = 0;               ///< samples, as of InitProcessing
+    MRelaxed<std::int32_t> currentPresetIndex = 0;
+    std::unique_ptr<PluginPresets> presets; ///< null until it is asked for
+    std::int32_t effectMaxBlock = 0;        ///< samples, as of InitProcessing
 };

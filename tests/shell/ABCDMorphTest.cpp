@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/MAudioPluginAdapter.h"
 #include "shell/ABCDMorph.h"
 #include "tests/shell/PluginUnderTest.h"
+#include "tests/shell/ToldParameters.h"
 
 namespace
 {
@@ -16,19 +16,6 @@ constexpr int Wet = 1;
 constexpr int Octaves = 2;
 constexpr int Semitones = 3;
 constexpr int Shape = 8;
-
-class Listener final : public MAudioPluginAdapter
-{
-public:
-    virtual ~Listener() = default;
-
-    void SendAutomation(int index, double /*value01*/) override { told.insert(index); }
-    void SendBypassAutomation(bool /*isBypassed*/) override {}
-    void GenerateMIDIEvent(int /*offset*/, const std::uint8_t* /*bytes*/) override {}
-    bool ChangeEditorSize(int /*width*/, int /*height*/) override { return false; }
-
-    std::set<int> told;
-};
 
 /// With other values in each of the first four slots; the last one is current.
 class ABCDMorphSquare : public testing::Test
@@ -61,7 +48,7 @@ protected:
     static constexpr double OctavesOf[] = {0.0, 1.0, 0.5, 0.5};
 
     const PluginUnderTest plugin;
-    Listener listener;
+    ToldParameters listener;
 };
 
 TEST_F(ABCDMorphSquare, CornersAreTheirSlots)
