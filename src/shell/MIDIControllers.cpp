@@ -43,6 +43,24 @@ void StoreAll(MXMLItem& list, const Names& names, const std::array<Row, Count>& 
     }
 }
 
+/// Null for none.
+template <typename Row, std::size_t Count>
+Row* FindRow(std::array<Row, Count>& rows, int index) noexcept
+{
+    const auto place = static_cast<std::size_t>(index); // negative ones lie behind all
+    return place < Count ? &rows[place] : nullptr;
+}
+
+template <typename Row>
+void Assign(Row* row, int parameterIndex, const MAudioPlugin& plugin)
+{
+    if (row == nullptr)
+        return;
+    const bool isThere = parameterIndex >= 0 && parameterIndex < plugin.GetParameterCount();
+    row->parameterIndex = isThere ? parameterIndex : -1;
+    row->parameterName = isThere ? plugin.GetParameterName(parameterIndex) : MString();
+}
+
 /// Older states number the items by their order alone; @p name is that of each.
 template <typename Row, typename Names, std::size_t Count>
 void LoadAll(MXMLItem& list, const MString& name, const Names& names, std::array<Row, Count>& rows,
@@ -82,7 +100,11 @@ void MIDIControllers::OnSource(int channel, int number, double moving)
     for (const MMIDIControllerAssignment& row : assignments)
         if (row.isEnabled && row.controller == number && Accepts(row.channel, channel))
             plugin.SetParameter(row.parameterIndex, row.target.Map(moving), false);
+    PostSource(channel, number);
+}
 
+void MIDIControllers::PostSource(int channel, int number) noexcept
+{
     const std::uint32_t place = written.load(std::memory_order_relaxed);
     ring[place % RingLength].store(static_cast<std::uint32_t>((channel + 1) << 16 | number),
                                    std::memory_order_relaxed);
@@ -94,6 +116,7 @@ void MIDIControllers::OnNote(int channel, int note, double semitones)
     for (const MMIDINoteController& row : noteControllers)
         if (row.isEnabled && Accepts(row.channel, channel))
             plugin.SetParameter(row.parameterIndex, row.Map(note, semitones), false);
+    PostSource(channel, Note);
 }
 
 bool MIDIControllers::TakeSource(Source& source) noexcept
@@ -106,6 +129,49 @@ bool MIDIControllers::TakeSource(Source& source) noexcept
     const std::uint32_t packed = ring[taken++ % RingLength].load(std::memory_order_relaxed);
     source = {static_cast<int>(packed >> 16), static_cast<int>(packed & 0xFFFF)};
     return true;
+}
+
+bool MIDIControllers::TakeLast(bool isNote, Source& source) noexcept
+{
+    bool isFound = false;
+    for (Source next{}; TakeSource(next);)
+        if ((next.number == Note) == isNote)
+        {
+            source = next;
+            isFound = true;
+        }
+    return isFound;
+}
+
+bool MIDIControllers::LearnController(int index) noexcept
+{
+    Source source{};
+    MMIDIControllerAssignment* const row = FindRow(assignments, index);
+    if (!TakeLast(false, source) || row == nullptr)
+        return false;
+    row->channel = source.channel;
+    row->controller = source.number;
+    return true;
+}
+
+bool MIDIControllers::LearnNoteChannel(int index) noexcept
+{
+    Source source{};
+    MMIDINoteController* const row = FindRow(noteControllers, index);
+    if (!TakeLast(true, source) || row == nullptr)
+        return false;
+    row->channel = source.channel;
+    return true;
+}
+
+void MIDIControllers::AssignController(int index, int parameterIndex)
+{
+    Assign(FindRow(assignments, index), parameterIndex, plugin);
+}
+
+void MIDIControllers::AssignNoteController(int index, int parameterIndex)
+{
+    Assign(FindRow(noteControllers, index), parameterIndex, plugin);
 }
 
 void MIDIControllers::Store(MXMLItem& settings) const

@@ -108,6 +108,35 @@ TEST(MIDIControllers, LearnDropsTheOldest)
     EXPECT_FALSE(controllers.TakeSource(source));
 }
 
+TEST(MIDIControllers, RowsLearnTheLastSourceOfTheirKind)
+{
+    const PluginUnderTest plugin;
+    MIDIControllers& controllers = plugin->GetControllers();
+    MMIDIControllerAssignment& row = controllers.assignments[15];
+    MMIDINoteController& noteRow = controllers.noteControllers[3];
+    EXPECT_FALSE(controllers.LearnController(15));
+    for (const auto& event : {std::array{0xB0, 7, 1}, {0xB4, 20, 1}, {0x93, 60, 1}, {0x84, 60, 1}})
+        plugin.Send(event);
+    EXPECT_TRUE(controllers.LearnController(15));
+    EXPECT_EQ(row.channel, 5);
+    EXPECT_EQ(row.controller, 20);
+    EXPECT_FALSE(controllers.LearnNoteChannel(3)) << "all have been taken";
+    plugin.Send({0x97, 60, 1});
+    plugin.Send({0xE1, 0, 64});
+    EXPECT_TRUE(controllers.LearnNoteChannel(3));
+    EXPECT_EQ(noteRow.channel, 8);
+    plugin.Send({0xE1, 0, 64});
+    EXPECT_FALSE(controllers.LearnController(16));
+
+    controllers.AssignController(15, Width);
+    controllers.AssignNoteController(3, 999);
+    MXMLItem settings("settings");
+    controllers.Store(settings);
+    controllers.Load(settings);
+    EXPECT_EQ(row.parameterIndex, Width) << "by its name";
+    EXPECT_EQ(noteRow.parameterName, MString());
+}
+
 TEST(MIDIControllers, LoadTakesWhatIsThere)
 {
     const PluginUnderTest plugin;

@@ -7,6 +7,7 @@
 #include "foundation/xml/MXMLItem.h"
 #include "foundation/xml/SettingsTree.h"
 #include "host/MAudioPlugin.h"
+#include "persistence/presets/ClipboardText.h"
 #include "shell/modulators/MModulationCounter.h"
 
 namespace
@@ -15,6 +16,7 @@ namespace
 /// Of all modulators of the process.
 MLock modulatorLock;
 
+constexpr const char* PresetType = "QuillfernModulator";
 constexpr const char* TargetKey = "Parameter";
 constexpr const char* FollowerKey = "Envelope"; // of old
 constexpr const char* ADSRKey = "MIDIEnvelope";
@@ -229,6 +231,20 @@ void MModulator::Load(MXMLItem& item, const MAudioPluginAutomation& plugin)
     Signal.SetState(std::move(signal));
     Envelope.ADSR = adsr;
     EditTargets([&](TargetList& list) { list.swap(targets); });
+}
+
+MString MModulator::Copy() const
+{
+    MXMLItem item(PresetType);
+    Store(item);
+    return clipboardtext::Write(item);
+}
+
+void MModulator::Paste(const MString& text, const MAudioPluginAutomation& plugin)
+{
+    const std::unique_ptr<MXMLItem> item = clipboardtext::Read(text, PresetType);
+    const MLockGuard guard(processingLock);
+    Load(*item, plugin);
 }
 
 void MModulator::RemoveTarget(std::size_t index)

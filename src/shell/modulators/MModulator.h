@@ -57,6 +57,12 @@ public:
     /// What is missing takes its default. Under the processing lock or before processing.
     /// @throws MException (256) as CheckSettingsTree does, with all as it was
     void Load(MXMLItem& item, const MAudioPluginAutomation& plugin);
+    /// The state as a text for the clipboard. GUI thread, as Paste. @throws MException as
+    /// clipboardtext::Write does
+    MString Copy() const;
+    /// Takes over what Copy of a modulator made; blocks wait meanwhile. @throws MException (256) as
+    /// clipboardtext::Read and Load do, with all as it was
+    void Paste(const MString& text, const MAudioPluginAutomation& plugin);
 
     /// Calls @p edit with the list, under its lock, which no parameter may be set under. Not on the
     /// audio thread.

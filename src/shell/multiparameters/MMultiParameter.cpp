@@ -9,6 +9,7 @@
 #include "foundation/xml/MXMLItem.h"
 #include "foundation/xml/SettingsTree.h"
 #include "host/MAudioPlugin.h"
+#include "persistence/presets/ClipboardText.h"
 #include "shell/modulators/ModulatorNumbers.h"
 
 namespace
@@ -16,6 +17,7 @@ namespace
 
 constexpr const char* ModeNames[] = {"Normal", "Switch", "Trigger"};
 constexpr const char* ValueModeNames[] = {"Percents", "By first parameter"};
+constexpr const char* PresetType = "QuillfernMultiParameter";
 constexpr const char* TargetKey = "Parameter";
 constexpr double DefaultSwitchTime = 1.0; // seconds
 constexpr double Middle = 0.5;
@@ -167,6 +169,20 @@ void MMultiParameter::Load(MXMLItem& item)
     Info = item.GetAttribute("Info", {});
     Moving = false;
     Position = IsMode(MMultiParameterMode::Switch) && Value >= Middle ? 1.0 : 0.0;
+}
+
+MString MMultiParameter::Copy() const
+{
+    MXMLItem item(PresetType);
+    Store(item);
+    return clipboardtext::Write(item);
+}
+
+void MMultiParameter::Paste(const MString& text)
+{
+    const std::unique_ptr<MXMLItem> item = clipboardtext::Read(text, PresetType);
+    const MLockGuard processing(plugin.GetProcessingLock()); // no block glides meanwhile
+    Load(*item);
 }
 
 void MMultiParameter::SetParameter(int index, double value01, bool quiet)

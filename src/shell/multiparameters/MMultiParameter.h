@@ -62,6 +62,12 @@ public:
     /// What is missing takes its default; no glide is under way then, and targets are left alone.
     /// @throws MException (256) as CheckSettingsTree does, with all as it was
     void Load(MXMLItem& item);
+    /// The state as a text for the clipboard. GUI thread, as Paste. @throws MException as
+    /// clipboardtext::Write does
+    MString Copy() const;
+    /// Takes over what Copy of a multiparameter made. @throws MException (256) as
+    /// clipboardtext::Read and Load do, with all as it was
+    void Paste(const MString& text);
 
     /// Calls @p edit with the list, under its lock. Not on the audio thread.
     template <typename Edit>
