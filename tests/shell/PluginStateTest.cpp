@@ -111,23 +111,6 @@ std::unique_ptr<MXMLItem> MakeSlots(const char* index)
     return state;
 }
 
-TEST(PluginState, ComesBackWholeAndByteForByte)
-{
-    const PluginUnderTest plugin;
-    Load(*plugin, Pack(*MakeSlots("3")));
-    const Bytes before = Save(*plugin);
-    ChangeAll(*plugin);
-    const Bytes state = Save(*plugin);
-    EXPECT_NE(state, before);
-    EXPECT_EQ(Save(*plugin), state) << "the same once more";
-
-    const PluginUnderTest other;
-    Load(*other, state);
-    EXPECT_EQ(TextOf(*Parse(Save(*other))), TextOf(*Parse(state)));
-    EXPECT_EQ(Save(*other), state);
-    EXPECT_EQ(other->GetPresetSlots().GetCurrentSlot(), 3);
-}
-
 TEST(PluginState, TheTreeHasItsOrderAndItsKeys)
 {
     const PluginUnderTest plugin;
