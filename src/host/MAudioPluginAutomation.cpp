@@ -40,6 +40,16 @@ void MAudioPluginAutomation::SetParameter(int index, double value01, bool quiet)
         adapter->SetParameter(index - adapter->GetFirstIndex(), value01, quiet);
 }
 
+void MAudioPluginAutomation::SetParameters(AutomationAdapter& adapter,
+                                           std::span<const AutomationAdapter::IndexedValue> values,
+                                           bool quiet)
+{
+    if (adapter.GetCount() > 1) // values that stand alone may be on their way in a block
+        return adapter.SetParameters(values, quiet);
+    for (const auto& [index, value01] : values)
+        SetParameter(adapter.GetFirstIndex() + index, value01, quiet);
+}
+
 double MAudioPluginAutomation::GetParameter(int index) const
 {
     if (const auto diverted = interpolation.GetDiverted(index))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "effect/parameters/MAutomationAdapter.h"
@@ -23,6 +24,9 @@ public:
     // Routed; see MAutomationAdapter. A value that is set while the parameter is on its way in a
     // running block takes its place at the end of the block, and is read back at once.
     virtual void SetParameter(int index, double value01, bool quiet);
+    /// The same for several of @p adapter, whose indices are those within it, in one go.
+    void SetParameters(AutomationAdapter& adapter,
+                       std::span<const AutomationAdapter::IndexedValue> values, bool quiet);
     virtual double GetParameter(int index) const;
     /// What SetParameter takes back to the same value, for hosts that echo what they read.
     double GetRestorableParameter(int index) const;

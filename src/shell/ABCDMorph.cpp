@@ -39,6 +39,7 @@ ABCDMorph::ABCDMorph(MQuillfernAudioEffectPlugin& morphedPlugin)
       before(morphedPlugin.KeepCurrentSlot()),
       values(static_cast<std::size_t>(morphedPlugin.GetParameterCount()))
 {
+    changes.reserve(values.size());
     // A host may load a state meanwhile, on a thread of its own.
     const PresetSlots slots = [this]
     {
@@ -66,19 +67,30 @@ void ABCDMorph::MoveTo(double x, double y)
     moved.reserve(values.size());
     {
         const MLockGuard guard(plugin.GetProcessingLock());
-        for (int i = 0; i < static_cast<int>(values.size()); ++i)
-        {
-            const double value = Blend(values[static_cast<std::size_t>(i)], X, Y);
-            if (std::abs(value - plugin.GetParameter(i)) <= LeastChange)
-                continue;
-            plugin.SetParameter(i, value, false);
-            moved.push_back(i);
-        }
+        for (MAutomationAdapter* const adapter : plugin.GetAdapters())
+            Move(*adapter, moved);
         plugin.UpdateEffect();
     }
     if (MAudioPluginAdapter* const adapter = plugin.GetAdapter())
         for (const int i : moved)
             adapter->SendAutomation(i, plugin.GetRestorableParameter(i));
+}
+
+void ABCDMorph::Move(MAutomationAdapter& adapter, std::vector<int>& moved)
+{
+    changes.clear();
+    // Adapters that came after the morph began have no corners.
+    const int known = static_cast<int>(values.size()) - adapter.GetFirstIndex();
+    for (int i = 0; i < std::min(adapter.GetCount(), known); ++i)
+    {
+        const int index = adapter.GetFirstIndex() + i;
+        const double value = Blend(values[static_cast<std::size_t>(index)], X, Y);
+        if (std::abs(value - plugin.GetParameter(index)) <= LeastChange)
+            continue;
+        changes.push_back({.index = i, .value01 = value});
+        moved.push_back(index);
+    }
+    plugin.SetParameters(adapter, changes, false);
 }
 
 void ABCDMorph::Cancel()

@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "effect/parameters/MAutomationAdapter.h"
 #include "shell/PresetSlots.h"
 
 class MQuillfernAudioEffectPlugin;
@@ -44,9 +45,13 @@ public:
     void Confirm(bool keepsCorners);
 
 private:
+    /// Sets what of @p adapter is not at the blend, and adds its indices to @p moved.
+    void Move(MAutomationAdapter& adapter, std::vector<int>& moved);
+
     MQuillfernAudioEffectPlugin& plugin;
     PresetSlots::State before; ///< of the current slot
     std::vector<MABCDValues> values;
+    std::vector<MAutomationAdapter::IndexedValue> changes; ///< of one adapter; keeps its room
     double X = 0.5;
     double Y = 0.5;
 };

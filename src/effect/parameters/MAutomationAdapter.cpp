@@ -5,6 +5,12 @@
 #include "foundation/strings/MStringFormatter.h"
 #include "foundation/values/MRandom.h"
 
+void MAutomationAdapter::SetParameters(std::span<const IndexedValue> values, bool quiet)
+{
+    for (const auto& [index, value01] : values)
+        SetParameter(index, value01, quiet);
+}
+
 MString MAutomationAdapter::GetParameterName(int index) const
 {
     const MString section = GetParameterSection(index);

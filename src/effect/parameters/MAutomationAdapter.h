@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MEventTarget.h"
@@ -33,6 +34,14 @@ public:
     /// @p quiet leaves out who watches the value: the effect's recalculation and the editor. Then
     /// the caller updates the effect.
     virtual void SetParameter(int index, double value01, bool quiet) = 0;
+    struct IndexedValue
+    {
+        int index;
+        double value01;
+    };
+    /// Sets several, as SetParameter does one after the other; but what follows from them all is
+    /// done once.
+    virtual void SetParameters(std::span<const IndexedValue> values, bool quiet);
     virtual double GetParameter(int index) const = 0;
     /// With the section: "Follower attack (Modulator 1)".
     virtual MString GetParameterName(int index) const;

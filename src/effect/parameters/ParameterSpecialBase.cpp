@@ -1,5 +1,6 @@
 #include "effect/parameters/ParameterSpecialBase.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 
@@ -40,12 +41,22 @@ ParameterSpecialMainBase::ParameterSpecialMainBase(std::int32_t objectKind,
 
 void ParameterSpecialMainBase::SetParameter(int index, double value01, bool quiet)
 {
-    double* const number = Has(index) ? FindNumber(index) : nullptr;
-    if (number == nullptr || std::isnan(value01))
+    const IndexedValue value{.index = index, .value01 = value01};
+    SetParameters(std::span(&value, 1), quiet);
+}
+
+void ParameterSpecialMainBase::SetParameters(std::span<const IndexedValue> newValues, bool quiet)
+{
+    const auto isTaken = [this](const IndexedValue& value) {
+        return Has(value.index) && FindNumber(value.index) != nullptr && !std::isnan(value.value01);
+    };
+    if (std::ranges::none_of(newValues, isTaken))
         return;
     {
         const MLockGuard guard(GetProcessingLock());
-        Write(*number, At(index).scale->from01(value01));
+        for (const IndexedValue& value : newValues)
+            if (isTaken(value))
+                Write(*FindNumber(value.index), At(value.index).scale->from01(value.value01));
         Rebuild();
     }
     if (!quiet)

@@ -27,6 +27,7 @@ class ParameterSpecialMainBase : public ParameterMainBase
 {
 public:
     void SetParameter(int index, double value01, bool quiet) final;
+    void SetParameters(std::span<const IndexedValue> newValues, bool quiet) final;
     double GetParameter(int index) const final;
     MString GetParameterValueName(int index) const final;
     MString GetParameterValueNameFrom01(int index, double value01) const final;
