@@ -63,8 +63,8 @@ static_assert(std::size(Numbers) == std::size(Values));
 
 template <typename Base>
 ParameterADSRT<Base>::ParameterADSRT(const MPluginSpecialRecord& special,
-                                     MParameterOwner* parameterOwner)
-    : Base(ParameterMainBase::ADSRKind, Values, special, parameterOwner)
+                                     MParameterOwner* parameterOwner, const MString& section)
+    : Base(ParameterMainBase::ADSRKind, Values, special, parameterOwner, section)
 {
 }
 

@@ -12,7 +12,9 @@ template <typename Base>
 class ParameterADSRT final : public Base
 {
 public:
-    ParameterADSRT(const MPluginSpecialRecord& special, MParameterOwner* parameterOwner);
+    /// @p section is empty for none.
+    ParameterADSRT(const MPluginSpecialRecord& special, MParameterOwner* parameterOwner,
+                   const MString& section = {});
 
 protected:
     double* FindNumber(int index) const noexcept override;

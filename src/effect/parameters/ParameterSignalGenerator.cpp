@@ -39,8 +39,9 @@ static_assert(std::size(Numbers) == std::size(Values));
 
 template <typename Base>
 ParameterSignalGeneratorT<Base>::ParameterSignalGeneratorT(const MPluginSpecialRecord& special,
-                                                           MParameterOwner* parameterOwner)
-    : Base(ParameterMainBase::SignalGeneratorKind, Values, special, parameterOwner)
+                                                           MParameterOwner* parameterOwner,
+                                                           const MString& section)
+    : Base(ParameterMainBase::SignalGeneratorKind, Values, special, parameterOwner, section)
 {
 }
 

@@ -11,7 +11,9 @@ template <typename Base>
 class ParameterSignalGeneratorT final : public Base
 {
 public:
-    ParameterSignalGeneratorT(const MPluginSpecialRecord& special, MParameterOwner* parameterOwner);
+    /// @p section is empty for none.
+    ParameterSignalGeneratorT(const MPluginSpecialRecord& special, MParameterOwner* parameterOwner,
+                              const MString& section = {});
 
     /// What Randomize moves; it leaves the smoothness.
     bool IsRandomisable(int index) const override;

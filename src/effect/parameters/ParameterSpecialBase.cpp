@@ -27,10 +27,11 @@ bool ParameterScale::ParsePercents(const MString& text, double& number)
 ParameterSpecialMainBase::ParameterSpecialMainBase(std::int32_t objectKind,
                                                    std::span<const Value> objectValues,
                                                    const MPluginSpecialRecord& special,
-                                                   MParameterOwner* parameterOwner)
+                                                   MParameterOwner* parameterOwner,
+                                                   const MString& section)
     : ParameterMainBase(objectKind, static_cast<int>(objectValues.size()),
                         {.name = special.name,
-                         .section = {},
+                         .section = section,
                          .id = special.secondName,
                          .help = {},
                          .tag = special.tag},

@@ -45,7 +45,8 @@ public:
 protected:
     /// @p objectValues is a table that lives as long as the program.
     ParameterSpecialMainBase(std::int32_t objectKind, std::span<const Value> objectValues,
-                             const MPluginSpecialRecord& special, MParameterOwner* parameterOwner);
+                             const MPluginSpecialRecord& special, MParameterOwner* parameterOwner,
+                             const MString& section);
 
     MString GetSuffix(int index) const final;
     /// Null for a value that is always at its default. @p index is one of the row.
@@ -77,8 +78,9 @@ public:
 
 protected:
     ParameterSpecialBase(std::int32_t objectKind, std::span<const Value> objectValues,
-                         const MPluginSpecialRecord& special, MParameterOwner* parameterOwner)
-        : ParameterSpecialMainBase(objectKind, objectValues, special, parameterOwner),
+                         const MPluginSpecialRecord& special, MParameterOwner* parameterOwner,
+                         const MString& section)
+        : ParameterSpecialMainBase(objectKind, objectValues, special, parameterOwner, section),
           data(static_cast<Object*>(special.data)),
           editorSlot(static_cast<Editor**>(special.editorSlot))
     {
