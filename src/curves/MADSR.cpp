@@ -1,9 +1,11 @@
 #include "curves/MADSR.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <numeric>
 #include <optional>
+#include <span>
 
 #include "foundation/threads/MLockGuard.h"
 #include "foundation/xml/MXMLItem.h"
@@ -94,6 +96,26 @@ MADSR::MADSR(MLock* processingLock) : lock(processingLock)
 {
     EnvelopeAttack.AddEndPoints(0.0, 1.0);
     EnvelopeRelease.AddEndPoints(1.0, 0.0);
+    Rebuild();
+}
+
+void MADSR::SetState(const MADSR& state)
+{
+    // Parameter objects read these without a lock.
+    const auto take = [&](std::span<const StoredValue> values)
+    {
+        for (const StoredValue& value : values)
+            std::atomic_ref(this->*value.field)
+                .store(state.*value.field, std::memory_order_relaxed);
+    };
+    std::optional<MLockGuard> guard;
+    if (lock != nullptr)
+        guard.emplace(*lock);
+    take(CommonValues);
+    take(StageValues);
+    CustomShape = state.CustomShape;
+    EnvelopeAttack = state.EnvelopeAttack;
+    EnvelopeRelease = state.EnvelopeRelease;
     Rebuild();
 }
 

@@ -32,6 +32,8 @@ public:
 
     /// Makes the curve from the fields and compiles it. Allocates only if it grows.
     void Rebuild();
+    /// Takes the place of all that is stored, and rebuilds.
+    void SetState(const MADSR& state);
     /// In Hz, 0 for what is no rate; rebuilds.
     void SetSampleRate(double newSampleRate);
 
