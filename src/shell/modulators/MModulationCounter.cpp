@@ -1,6 +1,7 @@
 #include "shell/modulators/MModulationCounter.h"
 
 #include <cstddef>
+#include <utility>
 
 void MModulationCounter::Resize(int parameterCount)
 {
@@ -24,13 +25,23 @@ void MModulationCounter::Acquire(int index, double backup)
         writer.SetModulated(index, true);
 }
 
-void MModulationCounter::Release(int index)
+double MModulationCounter::Drop(int index)
 {
     Holders* const holders = Find(index);
     if (holders == nullptr || holders->count == 0 || --holders->count > 0)
-        return;
+        return -1.0;
     writer.SetModulated(index, false);
-    if (holders->backup >= 0.0 && !writer.HasAlternate(index))
-        writer.SetParameter(index, holders->backup);
-    holders->backup = -1.0;
+    return std::exchange(holders->backup, -1.0);
+}
+
+void MModulationCounter::Release(int index)
+{
+    const double backup = Drop(index);
+    if (backup >= 0.0 && !writer.HasAlternate(index))
+        writer.SetParameter(index, backup);
+}
+
+void MModulationCounter::Forget(int index)
+{
+    Drop(index);
 }

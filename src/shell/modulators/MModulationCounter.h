@@ -17,7 +17,7 @@ public:
 
 /// Counts who modulates which parameter of one plugin, so that it is modulated from the first that
 /// comes to the last that goes. Parameters without an alternate value get back what they were.
-/// All but Resize: audio thread, under the processing lock; does not allocate.
+/// All but Resize: under the processing lock; does not allocate.
 class MModulationCounter
 {
 public:
@@ -32,6 +32,8 @@ public:
     /// @p backup is what the parameter was, negative for unknown; the first one known counts.
     void Acquire(int index, double backup);
     void Release(int index);
+    /// The same, when a state that comes brings what the parameter is from now on.
+    void Forget(int index);
 
     MModulationWriter& GetWriter() const noexcept { return writer; }
 
@@ -43,6 +45,8 @@ private:
     };
 
     Holders* Find(int index) noexcept;
+    /// Returns what the parameter was if its last holder has gone, else a negative number.
+    double Drop(int index);
 
     MModulationWriter& writer;
     std::vector<Holders> parameters;
