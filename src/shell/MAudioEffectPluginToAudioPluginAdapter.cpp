@@ -130,6 +130,7 @@ void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
     GetInterpolation().SetParameters(interpolated);
     for (MMultiParameter& slot : multiParameters)
         AddAdapter(slot);
+    modulators.AddParameters();
 }
 
 MAudioEffectPlugin* MAudioEffectPluginToAudioPluginAdapter::GetEffect() const noexcept

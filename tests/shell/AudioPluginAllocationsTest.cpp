@@ -29,10 +29,12 @@ void Assign(PluginUnderTest& plugin)
         modulator.EditTargets(
             [&](MModulator::TargetList& list)
             {
-                list.resize(4);
-                for (int target = 0; target < 4; ++target)
-                    list[static_cast<std::size_t>(target)].Assign(5 + target + static_cast<int>(i),
-                                                                  *plugin);
+                const int first = static_cast<int>(i);
+                for (const int target : {5, 6, 7, 8})
+                    list.emplace_back().Assign(target + first, *plugin);
+                // Of the other modulator: the rate, the shape and the envelope.
+                for (const int target : {16, 18, 43})
+                    list.emplace_back().Assign(target + 51 * (1 - first), *plugin);
             });
     }
 }
@@ -50,6 +52,7 @@ void PlayAll(PluginUnderTest& plugin, int blocks)
         for (int index = 0; index < 8; ++index)
             plugin->SetParameter(index, (block + index) % 10 * 0.1, index % 2 == 0);
         plugin->SetParameter(8 + block % 4, block % 7 * 0.15, false);
+        plugin->SetParameter(16 + block % 102, block % 9 * 0.125, false); // of the modulators
         plugin->SetBypassed(block % 50 == 49);
         plugin->GetModulators()[1].Frozen = block % 8 == 0;
         plugin.Play(block % 2 == 0 ? 1000 : 64); // with and without interpolation
@@ -66,8 +69,10 @@ TEST(AudioPluginAllocations, NoneOnTheAudioThread)
             Assign(plugin);
             plugin->SetUpsampling(factor, true);
             plugin->SetChannelMode(mode);
+            for (int index = 16; index < plugin->GetParameterCount(); ++index)
+                plugin->SetParameter(index, 1.0, false); // the largest curves and filters
             PlayAll(plugin, 8);
-            const int blocks = factor == 1 ? 1000 : 200;
+            const int blocks = factor == 1 ? 500 : 200;
             EXPECT_EQ(AllocationsOf([&] { PlayAll(plugin, blocks); }), 0)
                 << factor << ", mode " << static_cast<int>(mode);
         }

@@ -31,6 +31,9 @@ std::string TellTree(const MXMLItem& item)
     return told + ">";
 }
 
+/// Of the effect, four multiparameters and two modulators.
+constexpr int AllParameters = 12 + 4 + 2 * 51;
+
 TEST(MAudioEffectPluginToAudioPluginAdapter, TellsWhatAHostSees)
 {
     const PluginUnderTest plugin;
@@ -46,7 +49,7 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, TellsWhatAHostSees)
                                      "Shape custom morph",
                                      "Shape step sequencer",
                                      "Shape smoothness"};
-    EXPECT_EQ(plugin->GetParameterCount(), 16) << "with four multiparameters";
+    EXPECT_EQ(plugin->GetParameterCount(), AllParameters);
     for (int i = 0; i < 12; ++i)
         EXPECT_EQ(plugin->GetParameterName(i), Names[i]) << i;
     EXPECT_EQ(plugin->GetInputChannelName(1), "In 1");
@@ -113,16 +116,16 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, AnswersTheEffect)
         return peerCall(peerHost, static_cast<std::int32_t>(command), &none);
     };
     shell.AddTemporaryAdapter(std::make_unique<RowAdapter>(3));
-    EXPECT_EQ(shell.GetParameterCount(), 19);
+    EXPECT_EQ(shell.GetParameterCount(), AllParameters + 3);
     EXPECT_EQ(ask(MPluginHostCommand::ParameterListChanged), 0);
-    EXPECT_EQ(shell.GetParameterCount(), 16);
+    EXPECT_EQ(shell.GetParameterCount(), AllParameters);
     EXPECT_EQ(ask(MPluginHostCommand::GetContext),
               reinterpret_cast<std::intptr_t>(&shell.GetContext()));
     EXPECT_EQ(ask(MPluginHostCommand::GetSampleRate), 64000);
     shell.TakePendingEditorUpdates();
     EXPECT_EQ(ask(MPluginHostCommand::RefreshEditors), 0);
-    EXPECT_EQ(shell.TakePendingEditorUpdates().size(), 13U)
-        << "eight records, the shape and four multiparameters";
+    EXPECT_EQ(shell.TakePendingEditorUpdates().size(), 23U)
+        << "eight records, the shape, four multiparameters, five of each modulator";
 }
 
 TEST(MAudioEffectPluginToAudioPluginAdapter, StateComesBackWhole)

@@ -85,7 +85,7 @@ std::string SlotName(int index)
 void ChangeAll(MQuillfernAudioEffectPlugin& plugin)
 {
     for (int index = 0; index < plugin.GetParameterCount(); ++index)
-        plugin.SetParameter(index, 0.05 + 0.07 * index, true);
+        plugin.SetParameter(index, 0.05 + 0.07 * (index % 13), true);
     plugin.SetChannelMode(MChannelMode::Stereo);
     plugin.SetBypassed(true);
     plugin.SetMaxLFOBlockSize(100);

@@ -18,9 +18,6 @@ MLock modulatorLock;
 
 constexpr const char* PresetType = "QuillfernModulator";
 constexpr const char* TargetKey = "Parameter";
-constexpr const char* FollowerKey = "Envelope"; // of old
-constexpr const char* ADSRKey = "MIDIEnvelope";
-constexpr const char* EnvelopeKey = "AudioEnvelope";
 
 /// Within 0.0 to 1.0, whatever a host's clock made of it.
 double Wrap(double phase) noexcept
@@ -204,9 +201,9 @@ void MModulator::Store(MXMLItem& item) const
     Follower.Store(follower);
     adsr.Store(item.AddSubItem(ADSRKey));
     Envelope.Store(item.AddSubItem(EnvelopeKey));
-    Random.Store(item.AddSubItem("Random"));
-    Pitch.Store(item.AddSubItem("Pitch"));
-    signal.Store(item.AddSubItem("Signal"));
+    Random.Store(item.AddSubItem(RandomKey));
+    Pitch.Store(item.AddSubItem(PitchKey));
+    signal.Store(item.AddSubItem(SignalKey));
     Sync.Store(item.AddSubItem("Sync"));
 }
 
@@ -215,7 +212,7 @@ void MModulator::Load(MXMLItem& item, const MAudioPluginAutomation& plugin)
     CheckSettingsTree(item);
     TargetList targets = LoadTargets(item, plugin);
     MSignalGeneratorState signal;
-    LoadPart(item, "Signal", signal);
+    LoadPart(item, SignalKey, signal);
     MADSR adsr(&processingLock);
     adsr.SampleRate = SampleRate;
     LoadPart(item, ADSRKey, adsr);
@@ -224,13 +221,21 @@ void MModulator::Load(MXMLItem& item, const MAudioPluginAutomation& plugin)
     MModulatorSettings::Load(item);
     LoadPart(item, FollowerKey, static_cast<MModulatorFollowerSettings&>(Follower));
     LoadPart(item, EnvelopeKey, static_cast<MModulatorEnvelopeSettings&>(Envelope));
-    LoadPart(item, "Random", static_cast<MModulatorRandomSettings&>(Random));
-    LoadPart(item, "Pitch", static_cast<MModulatorPitchSettings&>(Pitch));
+    LoadPart(item, RandomKey, static_cast<MModulatorRandomSettings&>(Random));
+    LoadPart(item, PitchKey, static_cast<MModulatorPitchSettings&>(Pitch));
     LoadPart(item, "Sync", Sync);
     const MLockGuard guard(processingLock);
     Signal.SetState(std::move(signal));
-    Envelope.ADSR = adsr;
-    EditTargets([&](TargetList& list) { list.swap(targets); });
+    Envelope.ADSR.SetState(adsr);
+    EditTargets(
+        [&](TargetList& list)
+        {
+            list.swap(targets);
+            for (const int claim : claims)
+                counter.Forget(claim);
+            claims.clear();
+            hasClaims = false;
+        });
 }
 
 MString MModulator::Copy() const

@@ -32,6 +32,14 @@ class MModulator : public MModulatorSettings
 public:
     using TargetList = std::vector<MModulatorTarget>; ///< never empty
 
+    // What its parts are stored under.
+    static constexpr const char* FollowerKey = "Envelope"; ///< of old
+    static constexpr const char* ADSRKey = "MIDIEnvelope";
+    static constexpr const char* EnvelopeKey = "AudioEnvelope";
+    static constexpr const char* RandomKey = "Random";
+    static constexpr const char* PitchKey = "Pitch";
+    static constexpr const char* SignalKey = "Signal";
+
     /// Both outlive it. The counter is shared by the modulators of one plugin.
     MModulator(MModulationCounter& sharedCounter, MLock& pluginProcessingLock);
 

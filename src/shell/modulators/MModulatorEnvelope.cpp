@@ -11,16 +11,17 @@ namespace
 {
 
 using Settings = MModulatorEnvelopeSettings;
+using namespace modulatortexts;
 
 constexpr auto AudioSource = static_cast<std::int32_t>(MLFOEnvelopeMode::Audio);
 
 constexpr MModulatorNumberT<Settings> Numbers[] = {
-    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Envelope LFO modulation"},
-    {"ThresholdOn", &Settings::ThresholdOn, 0.0, 1.0, "Envelope threshold on"},
-    {"ThresholdOff", &Settings::ThresholdOff, 0.0, 1.0, "Envelope threshold off"},
-    {"RMSLength", &Settings::RMSLength, 0.0, 0.1, "Envelope RMS length"},
-    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Envelope phase"},
-    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Envelope interval size"},
+    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Envelope LFO modulation", &Percents},
+    {"ThresholdOn", &Settings::ThresholdOn, 0.0, 1.0, "Envelope threshold on", &Percents},
+    {"ThresholdOff", &Settings::ThresholdOff, 0.0, 1.0, "Envelope threshold off", &Percents},
+    {"RMSLength", &Settings::RMSLength, 0.0, 0.1, "Envelope RMS length", &Seconds},
+    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Envelope phase", &Percents},
+    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Envelope interval size", &Percents},
 };
 constexpr MModulatorSwitchT<Settings> Switches[] = {{"Project", &Settings::Project}};
 constexpr const char* SourceNames[] = {"MIDI", "Audio"};
@@ -38,6 +39,12 @@ void MModulatorEnvelopeSettings::Load(MXMLItem& item)
 {
     modulatornumbers::LoadAll(item, *this, Numbers, Switches);
     EnvelopeSource = modulatornumbers::ReadChoice(item, SourceKey, 0, SourceNames);
+}
+
+void MModulatorEnvelopeSettings::Publish(std::vector<MModulatorParameter>& parameters,
+                                         const char* group)
+{
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
 }
 
 void MModulatorEnvelope::Reset(double newRate)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "curves/MADSR.h"
 #include "shell/modulators/MModulatorProjection.h"
@@ -9,6 +10,7 @@
 
 class MLock;
 class MXMLItem;
+struct MModulatorParameter;
 
 /// What starts and ends the envelope. Stored by name.
 enum class MLFOEnvelopeMode : std::int32_t
@@ -23,6 +25,8 @@ struct MModulatorEnvelopeSettings : MModulatorProjection
     void Store(MXMLItem& item) const;
     /// What is missing takes its default.
     void Load(MXMLItem& item);
+    /// Adds what can be automated, under keys of @p group.
+    void Publish(std::vector<MModulatorParameter>& parameters, const char* group);
 
     MRelaxed<double> ThresholdOn = 0.5; ///< mean squares of all channels, 0.0 to 1.0
     MRelaxed<double> ThresholdOff = 0.25;

@@ -10,24 +10,25 @@ namespace
 {
 
 using Settings = MModulatorFollowerSettings;
+using namespace modulatortexts;
 
 constexpr double MeanSeconds = 0.01; ///< over which the power is taken
 constexpr double LeastSpan = 1e-12;  ///< between the levels, whatever they are
 
 constexpr MModulatorNumberT<Settings> Numbers[] = {
-    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Follower LFO modulation"},
-    {"LevelMin", &Settings::LevelMin, -120.0, 0.0, "Follower level min"},
-    {"LevelMax", &Settings::LevelMax, -120.0, 0.0, "Follower level max"},
-    {"Attack", &Settings::Attack, 0.0, 1.0, "Follower attack"},
-    {"Release", &Settings::Release, 0.0, 1.0, "Follower release"},
-    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Follower phase"},
-    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Follower interval size"},
-    {"Threshold", &Settings::Threshold, 0.0, 1.0, "Follower threshold"},
+    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Follower LFO modulation", &Percents},
+    {"LevelMin", &Settings::LevelMin, -120.0, 0.0, "Follower level min", &Decibels},
+    {"LevelMax", &Settings::LevelMax, -120.0, 0.0, "Follower level max", &Decibels},
+    {"Attack", &Settings::Attack, 0.0, 1.0, "Follower attack", &Seconds},
+    {"Release", &Settings::Release, 0.0, 1.0, "Follower release", &Seconds},
+    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Follower phase", &Percents},
+    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Follower interval size", &Percents},
+    {"Threshold", &Settings::Threshold, 0.0, 1.0, "Follower threshold", &Percents},
     {"BandPassMin", &Settings::BandPassMin, MinLogFrequency, MaxLogFrequency,
-     "Follower bandpass min"},
+     "Follower bandpass min", &LogHertz},
     {"BandPassMax", &Settings::BandPassMax, MinLogFrequency, MaxLogFrequency,
-     "Follower bandpass max"},
-    {"BandPassQ", &Settings::BandPassQ, 0.05, 10.0, "Follower bandpass Q"},
+     "Follower bandpass max", &LogHertz},
+    {"BandPassQ", &Settings::BandPassQ, 0.05, 10.0, "Follower bandpass Q", &Factor},
 };
 constexpr MModulatorSwitchT<Settings> Switches[] = {
     {"Project", &Settings::Project},
@@ -53,6 +54,12 @@ void MModulatorFollowerSettings::Load(MXMLItem& item)
     modulatornumbers::LoadAll(item, *this, Numbers, Switches);
     FollowerMode =
         modulatornumbers::ReadChoice(item, "FollowerMode", Settings{}.FollowerMode, ModeNames);
+}
+
+void MModulatorFollowerSettings::Publish(std::vector<MModulatorParameter>& parameters,
+                                         const char* group)
+{
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
 }
 
 void MModulatorFollower::Reset(double newRate) noexcept

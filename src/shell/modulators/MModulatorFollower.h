@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "shell/modulators/MBandPass.h"
 #include "shell/modulators/MModulatorProjection.h"
@@ -9,6 +10,7 @@
 #include "shell/modulators/ModulatorNumbers.h"
 
 class MXMLItem;
+struct MModulatorParameter;
 
 /// How the input's level becomes the state. Stored by name.
 enum class MFollowerMode : std::int32_t
@@ -25,6 +27,8 @@ struct MModulatorFollowerSettings : MModulatorProjection
     void Store(MXMLItem& item) const;
     /// What is missing takes its default.
     void Load(MXMLItem& item);
+    /// Adds what can be automated, under keys of @p group.
+    void Publish(std::vector<MModulatorParameter>& parameters, const char* group);
 
     MRelaxed<double> LevelMin = -50.0;              ///< dB, -120 to 0
     MRelaxed<double> LevelMax = 0.0;                ///< dB, -120 to 0

@@ -7,22 +7,23 @@ namespace
 {
 
 using Settings = MModulatorPitchSettings;
+using namespace modulatortexts;
 
 constexpr double LowestPitch = 20.0; ///< Hz; below it the input has none
 
 constexpr MModulatorNumberT<Settings> Numbers[] = {
-    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Pitch LFO modulation"},
-    {"ShiftOctaves", &Settings::ShiftOctaves, -4.0, 4.0, "Shift octaves"},
-    {"ShiftSemitones", &Settings::ShiftSemitones, -12.0, 12.0, "Shift semitones"},
-    {"ShiftCents", &Settings::ShiftCents, -100.0, 100.0, "Shift cents"},
+    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Pitch LFO modulation", &Percents},
+    {"ShiftOctaves", &Settings::ShiftOctaves, -4.0, 4.0, "Shift octaves", &WholeStep},
+    {"ShiftSemitones", &Settings::ShiftSemitones, -12.0, 12.0, "Shift semitones", &WholeStep},
+    {"ShiftCents", &Settings::ShiftCents, -100.0, 100.0, "Shift cents", &Cents},
     {"MinFrequency", &Settings::MinFrequency, MinLogFrequency, MaxLogFrequency,
-     "Pitch min frequency"},
+     "Pitch min frequency", &LogHertz},
     {"MaxFrequency", &Settings::MaxFrequency, MinLogFrequency, MaxLogFrequency,
-     "Pitch max frequency"},
-    {"Threshold", &Settings::Threshold, 0.0, 1.0, "Pitch threshold"},
+     "Pitch max frequency", &LogHertz},
+    {"Threshold", &Settings::Threshold, 0.0, 1.0, "Pitch threshold", &Percents},
     {"Accuracy", &Settings::Accuracy, 0.0, 1.0, nullptr},
-    {"AutoTuneSpeed", &Settings::AutoTuneSpeed, 0.0, 1.0, "Pitch auto-tune speed"},
-    {"AutoTuneDepth", &Settings::AutoTuneDepth, 0.0, 1.0, "Pitch auto-tune depth"},
+    {"AutoTuneSpeed", &Settings::AutoTuneSpeed, 0.0, 1.0, "Pitch auto-tune speed", &Percents},
+    {"AutoTuneDepth", &Settings::AutoTuneDepth, 0.0, 1.0, "Pitch auto-tune depth", &Percents},
 };
 constexpr MModulatorSwitchT<Settings> Switches[] = {{"AutoTuneEnable", &Settings::AutoTuneEnable}};
 
@@ -36,6 +37,12 @@ void MModulatorPitchSettings::Store(MXMLItem& item) const
 void MModulatorPitchSettings::Load(MXMLItem& item)
 {
     modulatornumbers::LoadAll(item, *this, Numbers, Switches);
+}
+
+void MModulatorPitchSettings::Publish(std::vector<MModulatorParameter>& parameters,
+                                      const char* group)
+{
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
 }
 
 void MModulatorPitch::SetSampleRate(double newRate)

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <vector>
+
 #include "foundation/threads/MRelaxed.h"
 #include "shell/modulators/ModulatorNumbers.h"
 
 class MXMLItem;
+struct MModulatorParameter;
 
 /// What tells a modulator the pitch of its input. Audio thread; does not allocate.
 class MModulatorPitchDetector
@@ -33,6 +36,8 @@ struct MModulatorPitchSettings
     void Store(MXMLItem& item) const;
     /// What is missing takes its default.
     void Load(MXMLItem& item);
+    /// Adds what can be automated, under keys of @p group.
+    void Publish(std::vector<MModulatorParameter>& parameters, const char* group);
 
     MRelaxed<double> LFOModulation = 0.0;            ///< share of the LFO, 0.0 to 1.0
     MRelaxed<double> ShiftOctaves = 0.0;             ///< -4 to 4

@@ -10,16 +10,17 @@ namespace
 {
 
 using Settings = MModulatorRandomSettings;
+using namespace modulatortexts;
 
 constexpr double LastPlace = 0x1p62; ///< nodes
 
 constexpr MModulatorNumberT<Settings> Numbers[] = {
-    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Randomizer LFO modulation"},
-    {"Speed", &Settings::Speed, -10.0, 10.0, "Randomizer speed"},
-    {"Smoothness", &Settings::Smoothness, 0.0, 1.0, "Randomizer smoothness"},
+    {"LFOModulation", &Settings::LFOModulation, 0.0, 1.0, "Randomizer LFO modulation", &Percents},
+    {"Speed", &Settings::Speed, -10.0, 10.0, "Randomizer speed", &Octaves},
+    {"Smoothness", &Settings::Smoothness, 0.0, 1.0, "Randomizer smoothness", &Percents},
     // These two share their names with those of the envelope.
-    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Envelope phase"},
-    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Envelope interval size"},
+    {"PhaseShift", &Settings::PhaseShift, 0.0, 1.0, "Envelope phase", &Percents},
+    {"IntervalSize", &Settings::IntervalSize, 0.0, 2.0, "Envelope interval size", &Percents},
 };
 constexpr MModulatorSwitchT<Settings> Switches[] = {{"Project", &Settings::Project}};
 
@@ -33,6 +34,12 @@ void MModulatorRandomSettings::Store(MXMLItem& item) const
 void MModulatorRandomSettings::Load(MXMLItem& item)
 {
     modulatornumbers::LoadAll(item, *this, Numbers, Switches);
+}
+
+void MModulatorRandomSettings::Publish(std::vector<MModulatorParameter>& parameters,
+                                       const char* group)
+{
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
 }
 
 void MModulatorRandom::Reset(double newRate) noexcept

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "shell/modulators/MModulatorProjection.h"
 
 struct MAudioPluginTime;
 class MXMLItem;
+struct MModulatorParameter;
 
 /// What of MModulatorRandom is stored. Any thread writes the fields.
 struct MModulatorRandomSettings : MModulatorProjection
@@ -13,6 +15,8 @@ struct MModulatorRandomSettings : MModulatorProjection
     void Store(MXMLItem& item) const;
     /// What is missing takes its default.
     void Load(MXMLItem& item);
+    /// Adds what can be automated, under keys of @p group.
+    void Publish(std::vector<MModulatorParameter>& parameters, const char* group);
 
     MRelaxed<double> Speed = 0.0;      ///< octaves, -10 to 10; 0 is a node each quarter
     MRelaxed<double> Smoothness = 1.0; ///< 0.0 straight lines, 1.0 a curve through the nodes

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "foundation/threads/MRelaxed.h"
 
 class MXMLItem;
+struct MModulatorParameter;
 
 /// What a modulator computes its value from. Stored by name.
 enum class MModulatorMode : std::int32_t
@@ -23,6 +25,10 @@ struct MModulatorSettings
     void Store(MXMLItem& item) const;
     /// What is missing takes its default; older data tell the follower's mode by a switch.
     void Load(MXMLItem& item);
+    /// Adds what can be automated, but for what concerns the reset by notes.
+    void Publish(std::vector<MModulatorParameter>& parameters);
+    /// Adds that.
+    void PublishReset(std::vector<MModulatorParameter>& parameters);
 
     MModulatorMode GetMode() const noexcept
     {

@@ -3,13 +3,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "foundation/strings/MString.h"
 #include "foundation/threads/MRelaxed.h"
+#include "shell/modulators/MModulatorParameters.h"
+#include "shell/modulators/ModulatorTexts.h"
 
 class MXMLItem;
 
-// How the settings of modulators are kept: tables of their numbers serve both directions.
+// How the settings of modulators are kept: tables of their numbers serve both directions, and make
+// parameters of them.
 
 /// The decimal logarithms of 20 Hz and 20 kHz, where scales of frequencies end.
 inline constexpr double MinLogFrequency = 1.3010299956639813;
@@ -23,7 +27,8 @@ struct MModulatorNumberT
     MRelaxed<double> Settings::*number;
     double min;
     double max;
-    const char* name; ///< as a parameter
+    const char* name; ///< as a parameter; null for none, then without a text
+    const MModulatorText* text = nullptr;
 };
 
 /// One switch of @p Settings.
@@ -32,6 +37,7 @@ struct MModulatorSwitchT
 {
     const char* key;
     MRelaxed<bool> Settings::*on;
+    const char* name = nullptr; ///< as a parameter; null for none
 };
 
 namespace modulatornumbers
@@ -58,10 +64,10 @@ void StoreAll(MXMLItem& item, const Settings& from,
               const MModulatorNumberT<Settings> (&numbers)[Numbers],
               const MModulatorSwitchT<Settings> (&switches)[Switches])
 {
-    for (const auto& [key, number, min, max, name] : numbers)
-        Write(item, key, from.*number);
-    for (const auto& [key, on] : switches)
-        WriteInt(item, key, from.*on ? 1 : 0);
+    for (const auto& row : numbers)
+        Write(item, row.key, from.*row.number);
+    for (const auto& row : switches)
+        WriteInt(item, row.key, from.*row.on ? 1 : 0);
 }
 
 /// What is missing takes its default.
@@ -71,10 +77,36 @@ void LoadAll(const MXMLItem& item, Settings& to,
              const MModulatorSwitchT<Settings> (&switches)[Switches])
 {
     const Settings defaults{};
-    for (const auto& [key, number, min, max, name] : numbers)
-        to.*number = Read(item, key, defaults.*number, min, max);
-    for (const auto& [key, on] : switches)
-        to.*on = ReadBool(item, key, defaults.*on);
+    for (const auto& row : numbers)
+        to.*row.number = Read(item, row.key, defaults.*row.number, row.min, row.max);
+    for (const auto& row : switches)
+        to.*row.on = ReadBool(item, row.key, defaults.*row.on);
+}
+
+/// Adds what has a name, the numbers first. @p group stands before the keys, null for nothing.
+template <typename Settings, std::size_t Numbers, std::size_t Switches>
+void PublishAll(std::vector<MModulatorParameter>& parameters, const char* group, Settings& settings,
+                const MModulatorNumberT<Settings> (&numbers)[Numbers],
+                const MModulatorSwitchT<Settings> (&switches)[Switches])
+{
+    const Settings defaults{};
+    for (const auto& row : numbers)
+        if (row.name != nullptr)
+            parameters.push_back({.group = group,
+                                  .key = row.key,
+                                  .name = row.name,
+                                  .number = &(settings.*row.number),
+                                  .min = row.min,
+                                  .max = row.max,
+                                  .defaultNumber = defaults.*row.number,
+                                  .text = row.text});
+    for (const auto& row : switches)
+        if (row.name != nullptr)
+            parameters.push_back({.group = group,
+                                  .key = row.key,
+                                  .name = row.name,
+                                  .on = &(settings.*row.on),
+                                  .defaultNumber = defaults.*row.on ? 1.0 : 0.0});
 }
 
 } // namespace modulatornumbers

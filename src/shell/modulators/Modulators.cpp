@@ -21,6 +21,15 @@ Modulators::Modulators(MAudioPlugin& modulatedPlugin) noexcept
 {
 }
 
+void Modulators::AddParameters()
+{
+    parameters.reserve(Count);
+    for (std::size_t i = 0; i < Count; ++i)
+        for (const auto& adapter :
+             parameters.emplace_back(modulators[i], static_cast<int>(i), plugin).GetAdapters())
+            plugin.AddAdapter(*adapter);
+}
+
 void Modulators::InitProcessing(double sampleRate)
 {
     counter.Resize(plugin.GetParameterCount());

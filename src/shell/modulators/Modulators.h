@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstddef>
+#include <vector>
 
 #include "shell/modulators/MModulationCounter.h"
 #include "shell/modulators/MModulator.h"
+#include "shell/modulators/MModulatorParameterList.h"
 
 class MAudioPlugin;
 class MXMLItem;
@@ -17,6 +19,9 @@ public:
     static constexpr std::size_t Count = 2;
 
     explicit Modulators(MAudioPlugin& modulatedPlugin) noexcept;
+
+    /// Makes their settings parameters of the plugin, behind all others. Once, as AddAdapter.
+    void AddParameters();
 
     /// For the parameters that the plugin has now. Under the processing lock, not on the audio
     /// thread.
@@ -57,5 +62,6 @@ private:
     Writer writer;
     MModulationCounter counter;
     std::array<MModulator, Count> modulators;
-    std::array<bool, Count> isRunning{}; ///< in the block under way
+    std::vector<MModulatorParameterList> parameters; ///< of each modulator
+    std::array<bool, Count> isRunning{};             ///< in the block under way
 };
