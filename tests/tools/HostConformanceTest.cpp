@@ -268,7 +268,7 @@ TEST_P(HostConformance, TextsOfValuesLeadBackToThemselves)
             std::string expected = text;
             if (text == "silence") // no number leaves all as it is
                 expected = module->GetText(index);
-            else if (text.ends_with("kHz")) // frequencies are read in Hz, and end at 20 Hz
+            else if (index == 7 && text.ends_with("kHz")) // read in Hz, from 20 Hz on
                 expected = "Disabled";
             if (module->CutsTexts())
                 expected.resize(std::min<std::size_t>(expected.size(), 7));

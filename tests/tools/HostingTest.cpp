@@ -80,8 +80,9 @@ TEST(Hosting, MovesStatesBetweenStandards)
             {
                 // Of whole numbers the ends alone are hit for certain.
                 const bool isWhole = plugins[0]->CountSteps(i) > 0;
-                from->Set01(i, isWhole ? 1.0 : 0.125 + 0.75 * i / count);
-                to->Set01(i, 0.0);
+                const bool isFixed = plugins[0]->GetTextAt(i, 0.0) == plugins[0]->GetTextAt(i, 1.0);
+                from->Set01(i, isWhole ? 1.0 : isFixed ? 0.5 : 0.125 + 0.75 * i / count);
+                to->Set01(i, isFixed ? 0.5 : 0.0);
             }
             to->LoadState(from->SaveState());
             for (int i = 0; i < count; ++i)

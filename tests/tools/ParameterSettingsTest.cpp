@@ -190,11 +190,12 @@ TEST_F(ParameterSettingsTest, ListsThePresentValues)
     std::ostringstream stream;
     settings.List(stream);
     const std::string list = stream.str();
-    for (const char* const row : {
-             "Wet                   -6.02 dB                 0.8409      silence to 0.00 dB\n",
-             "Frequency             440 Hz                   0.4475      Disabled to 20.0 kHz\n",
-             "Shape                 30% Sine, 70% Harmonics  0.3800      Exponencial to Mess\n",
-             "Shape step sequencer  0.00%                    0.0000      0.00% to 100.0%\n",
+    const auto name = [](std::string text) { return text.append(43 - text.size(), ' '); };
+    for (const std::string& row : {
+             name("Wet") + "-6.02 dB                 0.8409      silence to 0.00 dB\n",
+             name("Frequency") + "440 Hz                   0.4475      Disabled to 20.0 kHz\n",
+             name("Shape") + "30% Sine, 70% Harmonics  0.3800      Exponencial to Mess\n",
+             name("High-speed (Modulator 2)") + "0                        0.0000      0 to 1\n",
          })
         EXPECT_NE(list.find(row), std::string::npos) << row << list;
 }

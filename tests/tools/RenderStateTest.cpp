@@ -87,7 +87,7 @@ TEST(RenderState, IsSetBeforeAllElseAndHeard)
                                            {"--set", "Octaves=2", "--state", "a.xml", "--list",
                                             "--table", "t.wav", "--save-state", "a.xml", "a.wav"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_NE(result.output.find("\nOctaves               +2 "), std::string::npos)
+    EXPECT_NE(result.output.find("\nOctaves" + std::string(36, ' ') + "+2 "), std::string::npos)
         << result.output;
     EXPECT_NE(result.output.find("\n\na.wav: 48000 Hz"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("Peak level: -20.0 dBFS\n"), std::string::npos) << result.output;

@@ -100,7 +100,8 @@ TEST(Render, ListsHelpsAndTellsItsVersion)
     const TemporaryFolder folder;
     const Result list = RenderProgram::Run(folder.GetPath(), {"--list", "--set", "octaves=2"});
     EXPECT_EQ(list.exitCode, 0);
-    EXPECT_NE(list.output.find("\nOctaves               +2 "), std::string::npos) << list.output;
+    EXPECT_NE(list.output.find("\nOctaves" + std::string(36, ' ') + "+2 "), std::string::npos)
+        << list.output;
 
     const Result help = RenderProgram::Run(folder.GetPath(), {"--help"});
     EXPECT_EQ(help.exitCode, 0);

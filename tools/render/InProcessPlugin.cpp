@@ -84,8 +84,9 @@ std::optional<double> InProcessPlugin::Parse(int index, const std::string& text)
 
 int InProcessPlugin::CountSteps(int index) const
 {
-    if (plugin->GetParameterType(index) != MAutomationType::Int)
-        return 0;
+    const MAutomationType type = plugin->GetParameterType(index);
+    if (type != MAutomationType::Int)
+        return type == MAutomationType::Bool ? 1 : 0;
     const MPluginParameterRecord* const record = FindParameter(plugin->GetParameterName(index));
     return record != nullptr ? record->range.asInt.max - record->range.asInt.min : 0;
 }

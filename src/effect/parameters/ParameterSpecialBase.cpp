@@ -76,7 +76,9 @@ MString ParameterSpecialMainBase::GetParameterValueName(int index) const
 
 MString ParameterSpecialMainBase::GetParameterValueNameFrom01(int index, double value01) const
 {
-    return Has(index) ? At(index).scale->getText(At(index).scale->from01(value01)) : MString();
+    if (!Has(index) || FindNumber(index) == nullptr)
+        return GetParameterValueName(index);
+    return At(index).scale->getText(At(index).scale->from01(value01));
 }
 
 double ParameterSpecialMainBase::ParseParameterValueName(int index, const MString& text) const

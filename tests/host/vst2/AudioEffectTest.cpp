@@ -65,10 +65,11 @@ TEST(AudioEffect, AnswersEachOpcodeAsHostsCountOn)
         {22, 0, 0, nullptr, 0x4E764566},
         {26, 0, 0, nullptr, 1}, // parameters
         {26, 11, 0, nullptr, 1},
-        {26, 16, 0, nullptr, 0},
+        {26, 117, 0, nullptr, 1},
+        {26, 118, 0, nullptr, 0},
         {26, -1, 0, nullptr, 0},
         {27, 0, 0, nullptr, 1},
-        {27, 16, 0, nullptr, 0},
+        {27, 118, 0, nullptr, 0},
         {29, 0, -1, text.data(), 1},
         {29, 0, -1, nullptr, 0},
         {29, 1, -1, text.data(), 0},

@@ -42,7 +42,7 @@ TEST(VST3Controller, EachParameterIsWhatValidatorsWant)
     EXPECT_NE(instance.controller->getParameterInfo(-1, info), kResultOk);
 }
 
-/// A text leads to a value that has the same text, but for kHz: frequencies are read in Hz alone.
+/// A text leads to a value that has the same text, but for kHz: the effect reads Hz alone.
 TEST(VST3Controller, TextsComeBack)
 {
     const Instance instance;
@@ -62,7 +62,7 @@ TEST(VST3Controller, TextsComeBack)
             EXPECT_EQ(instance.controller->getParamStringByValue(id, value, again), kResultTrue);
             const std::string shown = ReadText(text).ToUTF8();
             const std::string shownAgain = ReadText(again).ToUTF8();
-            EXPECT_TRUE(shownAgain == shown || shown.ends_with("kHz"))
+            EXPECT_TRUE(shownAgain == shown || (id == 7 && shown.ends_with("kHz")))
                 << "parameter " << id << " at " << step;
         }
 }

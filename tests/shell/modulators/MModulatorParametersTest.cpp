@@ -61,7 +61,7 @@ constexpr Row Rows[CountEach] = {
     {"Envelope attack shape", "MIDIEnvelope attack shape", "0.00%", "-100.0%", "100.0%"},
     {"Envelope decay shape", "MIDIEnvelope decay shape", "0.00%", "-100.0%", "100.0%"},
     {"Envelope release shape", "MIDIEnvelope release shape", "0.00%", "-100.0%", "100.0%"},
-    {"Envelope reserved", "MIDIEnvelope reserved", "50.0%", "0.00%", "100.0%"},
+    {"Envelope reserved", "MIDIEnvelope reserved", "50.0%", "50.0%", "50.0%"},
     {"Randomizer LFO modulation", "Random.LFOModulation", "0.00%", "0.00%", "100.0%"},
     {"Randomizer speed", "Random.Speed", "0.00", "-10.00", "+10.00"},
     {"Randomizer smoothness", "Random.Smoothness", "100.0%", "0.00%", "100.0%"},
