@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "foundation/streams/MStream.h"
+#include "foundation/strings/UTF8.h"
 #include "foundation/threads/MException.h"
 #include "foundation/xml/MXMLItem.h"
 #include "foundation/xml/XMLEntities.h"
@@ -38,14 +40,48 @@ inline void Copy(std::span<const Character> text, char16_t* target) noexcept
     copySome(last, Round); // some of it again
 }
 
-/// Whether any character may be one that is written by name.
+/// Whether any character may be one that is written by name, or a surrogate.
 template <typename Character>
 inline bool MayBeEncoded(std::span<const Character> text) noexcept
 {
     bool mayBe = false;
     for (const Character character : text)
+    {
         mayBe |= xmlentities::MayBeEncoded[static_cast<std::uint8_t>(character)];
+        if constexpr (sizeof(Character) > 1)
+            mayBe |= (character & 0xF800) == 0xD800;
+    }
     return mayBe;
+}
+
+/// How the first character of a text is written.
+struct Written
+{
+    std::size_t units = 1; ///< that it takes
+    bool isPlain = true;
+    std::string_view otherwise; ///< unless plain
+};
+
+/// Half of a surrogate pair is left out: in UTF-8 what stands behind it would go as well, which may
+/// be the quote that ends the text. A byte in the place of a character, which UTF-8 carries in the
+/// private way, is markup as that character is.
+template <typename Character>
+Written WayOf(std::span<const Character> text) noexcept
+{
+    const auto first = static_cast<char16_t>(text[0]);
+    const bool hasPartner = text.size() > 1 && utf8::IsLowSurrogate(char16_t(text[1]));
+    if (utf8::IsLowSurrogate(first) || (utf8::IsHighSurrogate(first) && !hasPartner))
+        return {.isPlain = false, .otherwise = {}};
+    if (!utf8::IsHighSurrogate(first))
+    {
+        const std::string_view name = xmlentities::Encode(first);
+        return {.isPlain = name.empty(), .otherwise = name};
+    }
+    const char32_t value = utf8::Join(first, static_cast<char16_t>(text[1]));
+    const bool isByte = value >= utf8::FirstEscape && value <= utf8::LastEscape;
+    const std::string_view name =
+        isByte ? xmlentities::Encode(static_cast<std::uint8_t>(value)) : std::string_view{};
+    return {.units = 2, .isPlain = name.empty(), .otherwise = name};
 }
 
 bool HasContent(const MXMLItem& item) noexcept
@@ -138,14 +174,14 @@ void XMLWriter::PutEncoded(std::span<const Character> text)
     while (!text.empty())
     {
         std::size_t plain = 0;
-        while (plain < text.size() &&
-               xmlentities::Encode(static_cast<char16_t>(text[plain])).empty())
-            ++plain;
+        Written way;
+        while (plain < text.size() && (way = WayOf(text.subspan(plain))).isPlain)
+            plain += way.units;
         PutPlain(text.first(plain));
         if (plain == text.size())
             return;
-        PutPlain(std::span<const char>(xmlentities::Encode(static_cast<char16_t>(text[plain]))));
-        text = text.subspan(plain + 1);
+        PutPlain(std::span<const char>(way.otherwise));
+        text = text.subspan(plain + way.units);
     }
 }
 

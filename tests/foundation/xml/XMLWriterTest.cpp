@@ -77,6 +77,52 @@ TEST(XMLWriter, WritesInTheEncodingAskedFor)
     EXPECT_THROW(Written(root, true, "runes"), MException);
 }
 
+TEST(XMLWriter, WhatIsNoCharacterLeavesTheRestWhole)
+{
+    struct Case
+    {
+        std::u16string text;
+        std::u16string readBack; ///< from UTF-8
+    };
+    const Case cases[] = {
+        {u"\U0001D11E", u"\U0001D11E"},
+        {u"a\xD834", u"a"}, // the quote or the tag behind it stays
+        {u"\xD834"
+         u"b\xDD1E"
+         u"c",
+         u"bc"},
+        {u"\xDD1E\xD834", u""},
+        {u"\xD834\xD834\xDD1E&", u"\U0001D11E&"},
+        {u"\U0010FE22\U0010FE3Cx\U0010FE26gt;\U0010FE41", u"\"<x&gt;A"}, // bytes
+        {u"\U0010FEC3\U0010FEA9", u"\u00E9"},                            // two that are a character
+    };
+    const auto make = [](std::u16string_view text)
+    {
+        MString made;
+        for (const char16_t unit : text)
+            made.Append(unit);
+        return made;
+    };
+    for (const Case& row : cases)
+        for (const bool isCompact : {true, false})
+        {
+            MXMLItem root("a");
+            root.SetAttribute("b", make(row.text));
+            root.SetAttribute("c", "kept");
+            root.AddSubItem("d").SetText(make(u"x" + row.text + u"x"));
+            MMemoryStream stream;
+            root.Save(stream, isCompact, "utf-8");
+            stream.Seek(0, MStream::FromStart);
+            MXMLItem loaded("");
+            loaded.Load(stream);
+            EXPECT_EQ(loaded.GetRequiredAttribute("b").ToUTF8(), make(row.readBack).ToUTF8());
+            EXPECT_EQ(loaded.GetRequiredAttribute("c"), "kept");
+            const MString& text = loaded.GetRequiredSubItem("d").GetText();
+            EXPECT_EQ(text.Mid(text.CharAt(0) == u' ', text.Length()).ToUTF8(),
+                      make(u"x" + row.readBack + u"x").ToUTF8());
+        }
+}
+
 TEST(XMLWriter, RefusesAnItemWithoutAName)
 {
     MXMLItem root("a");
