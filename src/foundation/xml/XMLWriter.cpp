@@ -45,13 +45,14 @@ template <typename Character>
 inline bool MayBeEncoded(std::span<const Character> text) noexcept
 {
     bool mayBe = false;
+    unsigned bits = 0;
     for (const Character character : text)
     {
         mayBe |= xmlentities::MayBeEncoded[static_cast<std::uint8_t>(character)];
         if constexpr (sizeof(Character) > 1)
-            mayBe |= (character & 0xF800) == 0xD800;
+            bits |= character;
     }
-    return mayBe;
+    return mayBe || (bits & 0x8000u) != 0; // which all surrogates have
 }
 
 /// How the first character of a text is written.
