@@ -227,15 +227,16 @@ void MModulator::Load(MXMLItem& item, const MAudioPluginAutomation& plugin)
     const MLockGuard guard(processingLock);
     Signal.SetState(std::move(signal));
     Envelope.ADSR.SetState(adsr);
-    EditTargets(
-        [&](TargetList& list)
-        {
-            list.swap(targets);
-            for (const int claim : claims)
-                counter.Forget(claim);
-            claims.clear();
-            hasClaims = false;
-        });
+    EditTargets([&](TargetList& list) { list.swap(targets); });
+}
+
+void MModulator::ForgetClaims()
+{
+    const MLockGuard guard(modulatorLock);
+    for (const int claim : claims)
+        counter.Forget(claim);
+    claims.clear();
+    hasClaims = false;
 }
 
 MString MModulator::Copy() const

@@ -71,6 +71,9 @@ public:
     /// Takes over what Copy of a modulator made; blocks wait meanwhile. @throws MException (256) as
     /// clipboardtext::Read and Load do, with all as it was
     void Paste(const MString& text, const MAudioPluginAutomation& plugin);
+    /// Lets go of the targets without bringing back what they were: they too have been loaded.
+    /// Under the processing lock.
+    void ForgetClaims();
 
     /// Calls @p edit with the list, under its lock, which no parameter may be set under. Not on the
     /// audio thread.

@@ -15,7 +15,7 @@ using Signal = ParameterSpecialBaseCustom<MSignalGenerator, MSignalGeneratorEdit
 using ADSR = ParameterSpecialBaseCustom<MADSR, MADSREditor>;
 using Published = std::vector<MModulatorParameter>;
 
-constexpr std::size_t MostInARow = 20;
+constexpr std::size_t MostInARow = 20; ///< the reset, the follower and the envelope
 
 } // namespace
 

@@ -82,6 +82,7 @@ void Modulators::Load(MXMLItem& settings)
         while (item != end && !((*item)->GetName() == key))
             ++item;
         modulator.Load(item != end ? **item++ : none, plugin);
+        modulator.ForgetClaims();
     }
 }
 
