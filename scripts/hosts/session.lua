@@ -114,8 +114,9 @@ local function checkFace(route, processor)
     local expected, wrong = lines(parameterFile), {}
     local list = parameters(processor)
     for place = 1, math.max(#expected, #list) do
-        local name = list[place] and list[place].name
-        if name ~= expected[place] then
+        local name, whole = list[place] and list[place].name, expected[place]
+        if format == "LXVST" and whole then whole = whole:sub(1, 31) end -- its room for a name
+        if name ~= whole then
             wrong[#wrong + 1] = string.format("%s for %s", name, expected[place])
         end
     end
@@ -123,13 +124,12 @@ local function checkFace(route, processor)
         table.concat(wrong, ", "))
 end
 
--- How far a parameter may answer from what was written: a switch is on or off, one value of an
--- envelope never moves, and whole numbers answer with one of their own; octaves, the coarsest, have
--- seven.
+-- How far a parameter may answer from what was written: a switch is on or off, and for VST3 on from
+-- anything above 0, one value of an envelope never moves, and whole numbers answer with one of their
+-- own; octaves, the coarsest, have seven.
 local function slack(parameter)
-    if parameter.name:find("^High%-speed") then return 1 / 2 end
-    if parameter.name:find("^Envelope reserved") then return 1 end
-    return 1 / 6
+    local isCoarse = parameter.name:find("^High%-speed") or parameter.name:find("^Envelope reserved")
+    return isCoarse and 1 or 1 / 6
 end
 
 -- Every parameter comes back as it was written; then those that move the pitch get known values.
