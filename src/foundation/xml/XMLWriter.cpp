@@ -63,14 +63,14 @@ struct Written
     std::string_view otherwise; ///< unless plain
 };
 
-/// Half of a surrogate pair is left out: in UTF-8 what stands behind it would go as well, which may
-/// be the quote that ends the text. A byte in the place of a character, which UTF-8 carries in the
-/// private way, is markup as that character is.
+/// Half of a surrogate pair is left out: UTF-8 would drop what stands behind it as well, which may
+/// be the quote that ends the text. An escaped byte, which UTF-8 writes as it is, is written by
+/// name if it would be read as markup.
 template <typename Character>
 Written WayOf(std::span<const Character> text) noexcept
 {
     const auto first = static_cast<char16_t>(text[0]);
-    const bool hasPartner = text.size() > 1 && utf8::IsLowSurrogate(char16_t(text[1]));
+    const bool hasPartner = text.size() > 1 && utf8::IsLowSurrogate(static_cast<char16_t>(text[1]));
     if (utf8::IsLowSurrogate(first) || (utf8::IsHighSurrogate(first) && !hasPartner))
         return {.isPlain = false, .otherwise = {}};
     if (!utf8::IsHighSurrogate(first))
