@@ -76,6 +76,13 @@ TEST_F(ParameterSettingsTest, ReadsWhatParametersShow)
     }
 }
 
+TEST_F(ParameterSettingsTest, TimesTakeFractionsThatTheyDoNotShow)
+{
+    EXPECT_EQ(Set("Follower attack (Modulator 1)", "12.5 ms"), "");
+    EXPECT_NEAR(Value01("Follower attack (Modulator 1)"), 0.0125, 1e-12);
+    EXPECT_NE(Set("High-speed (Modulator 1)", "0.5"), "");
+}
+
 TEST_F(ParameterSettingsTest, TakesEveryWholeNumber)
 {
     for (const auto& [name, limit] : {std::pair("Octaves", 3), std::pair("Semitones", 12)})

@@ -65,11 +65,14 @@ bool TakesWholeNumbers(const PluginParameter& value)
 {
     if (value.plugin->CountSteps(value.index) > 0)
         return true;
+    const auto isFraction = [&value](double place)
+    { return value.GetTextAt(place).find('.') != std::string::npos; };
     constexpr int Steps = 16;
     for (int i = 0; i <= Steps; ++i)
-        if (value.GetTextAt(static_cast<double>(i) / Steps).find('.') != std::string::npos)
+        if (isFraction(static_cast<double>(i) / Steps))
             return false;
-    return true;
+    constexpr double Short = 0.001; // of times, only the shortest show decimals
+    return !isFraction(Short);
 }
 
 /// The number that is shown at @p value01, with a "k" in front of its unit worked in.
