@@ -124,11 +124,10 @@ local function checkFace(route, processor)
         table.concat(wrong, ", "))
 end
 
--- How far a parameter may answer from what was written: a switch is on or off, and for VST3 on from
--- anything above 0, one value of an envelope never moves, and whole numbers answer with one of their
+-- How far a parameter may answer from what was written: one value of an envelope never moves, and whole numbers answer with one of their
 -- own; octaves, the coarsest, have seven.
 local function slack(parameter)
-    local isCoarse = parameter.name:find("^High%-speed") or parameter.name:find("^Envelope reserved")
+    local isCoarse = parameter.name:find("^Envelope reserved")
     return isCoarse and 1 or 1 / 6
 end
 

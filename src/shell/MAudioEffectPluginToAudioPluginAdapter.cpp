@@ -128,9 +128,10 @@ void MAudioEffectPluginToAudioPluginAdapter::WireEffect()
             interpolated.push_back(adapter->GetFirstIndex());
     }
     GetInterpolation().SetParameters(interpolated);
+    // Hosts keep these indices for ever: new parameters go behind all others.
+    modulators.AddParameters();
     for (MMultiParameter& slot : multiParameters)
         AddAdapter(slot);
-    modulators.AddParameters();
 }
 
 MAudioEffectPlugin* MAudioEffectPluginToAudioPluginAdapter::GetEffect() const noexcept

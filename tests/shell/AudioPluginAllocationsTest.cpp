@@ -33,8 +33,8 @@ void Assign(PluginUnderTest& plugin)
                 for (const int target : {5, 6, 7, 8})
                     list.emplace_back().Assign(target + first, *plugin);
                 // Of the other modulator: the rate, the shape and the envelope.
-                for (const int target : {16, 18, 43})
-                    list.emplace_back().Assign(target + 51 * (1 - first), *plugin);
+                for (const int target : {12, 13, 38})
+                    list.emplace_back().Assign(target + 50 * (1 - first), *plugin);
             });
     }
 }
@@ -52,7 +52,7 @@ void PlayAll(PluginUnderTest& plugin, int blocks)
         for (int index = 0; index < 8; ++index)
             plugin->SetParameter(index, (block + index) % 10 * 0.1, index % 2 == 0);
         plugin->SetParameter(8 + block % 4, block % 7 * 0.15, false);
-        plugin->SetParameter(16 + block % 102, block % 9 * 0.125, false); // of the modulators
+        plugin->SetParameter(12 + block % 100, block % 9 * 0.125, false); // of the modulators
         plugin->SetBypassed(block % 50 == 49);
         plugin->GetModulators()[1].Frozen = block % 8 == 0;
         plugin.Play(block % 2 == 0 ? 1000 : 64); // with and without interpolation
@@ -69,7 +69,7 @@ TEST(AudioPluginAllocations, NoneOnTheAudioThread)
             Assign(plugin);
             plugin->SetUpsampling(factor, true);
             plugin->SetChannelMode(mode);
-            for (int index = 16; index < plugin->GetParameterCount(); ++index)
+            for (int index = 12; index < plugin->GetParameterCount(); ++index)
                 plugin->SetParameter(index, 1.0, false); // the largest curves and filters
             PlayAll(plugin, 8);
             const int blocks = factor == 1 ? 500 : 200;

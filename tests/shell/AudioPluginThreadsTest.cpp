@@ -80,10 +80,10 @@ TEST(AudioPluginThreads, BlocksAndStatesStaySoundWhateverHostsDo)
                         round % 2 == 0 ? 6 + round % 6 : round % 2; // not those of TellSettings
                     plugin->SetParameter(index, round % 11 * 0.1, round % 3 == 0);
                     plugin->GetParameterValueName(round % 12);
-                    const int ofModulator = 16 + round % 102;
-                    if (ofModulator % 51 != 3) // nor the speeds, which TellSettings tells
-                        plugin->SetParameter(ofModulator, round % 13 * 0.08, round % 3 == 0);
-                    plugin->GetParameter(16 + round % 77);
+                    const int ofModulator = round % 100;
+                    if (ofModulator % 50 != 37) // nor the speeds, which TellSettings tells
+                        plugin->SetParameter(12 + ofModulator, round % 13 * 0.08, round % 3 == 0);
+                    plugin->GetParameter(12 + round % 77);
                     plugin->SetBypassed(round % 16 == 0);
                     MModulator& modulator = plugin->GetModulators()[round % 2 == 0 ? 0 : 1];
                     modulator.Enabled = round % 5 != 0;
@@ -92,7 +92,7 @@ TEST(AudioPluginThreads, BlocksAndStatesStaySoundWhateverHostsDo)
                         [&](MModulator::TargetList& list)
                         {
                             list.resize(static_cast<std::size_t>(round % 3 + 1));
-                            list.back().Assign(round % 4 == 0 ? 16 + round % 35 : index, *plugin);
+                            list.back().Assign(round % 4 == 0 ? 12 + round % 35 : index, *plugin);
                         });
                     MIDIControllers::Source source{};
                     plugin->GetControllers().TakeSource(source);

@@ -31,8 +31,8 @@ std::string TellTree(const MXMLItem& item)
     return told + ">";
 }
 
-/// Of the effect, four multiparameters and two modulators.
-constexpr int AllParameters = 12 + 4 + 2 * 51;
+/// Of the effect, two modulators and four multiparameters.
+constexpr int AllParameters = 12 + 2 * 50 + 4;
 
 TEST(MAudioEffectPluginToAudioPluginAdapter, TellsWhatAHostSees)
 {

@@ -44,7 +44,7 @@ void MModulatorEnvelopeSettings::Load(MXMLItem& item)
 void MModulatorEnvelopeSettings::Publish(std::vector<MModulatorParameter>& parameters,
                                          const char* group)
 {
-    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers);
 }
 
 void MModulatorEnvelope::Reset(double newRate)

@@ -59,7 +59,7 @@ void MModulatorFollowerSettings::Load(MXMLItem& item)
 void MModulatorFollowerSettings::Publish(std::vector<MModulatorParameter>& parameters,
                                          const char* group)
 {
-    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers);
 }
 
 void MModulatorFollower::Reset(double newRate) noexcept

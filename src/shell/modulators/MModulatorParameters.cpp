@@ -56,23 +56,14 @@ void MModulatorParameters::SetParameter(int index, double value01, bool quiet)
 {
     if (!Has(index) || std::isnan(value01))
         return;
-    const MModulatorParameter& parameter = At(index);
-    if (parameter.number != nullptr)
-        *parameter.number = From01(parameter, value01);
-    else
-        *parameter.on = value01 >= 0.5;
+    *At(index).number = From01(At(index), value01);
     if (!quiet)
         GetOwner()->OnCustomParameterChanged(*this);
 }
 
 double MModulatorParameters::GetParameter(int index) const
 {
-    if (!Has(index))
-        return 0.0;
-    const MModulatorParameter& parameter = At(index);
-    if (parameter.number == nullptr)
-        return *parameter.on ? 1.0 : 0.0;
-    return To01(parameter, *parameter.number);
+    return Has(index) ? To01(At(index), *At(index).number) : 0.0;
 }
 
 MString MModulatorParameters::GetParameterNameWithoutSection(int index) const
@@ -101,18 +92,12 @@ MString MModulatorParameters::GetParameterID(int index) const
 
 MString MModulatorParameters::GetParameterValueName(int index) const
 {
-    if (!Has(index) || At(index).number == nullptr)
-        return GetParameterValueNameFrom01(index, GetParameter(index));
-    return At(index).text->show(*At(index).number);
+    return Has(index) ? At(index).text->show(*At(index).number) : MString();
 }
 
 MString MModulatorParameters::GetParameterValueNameFrom01(int index, double value01) const
 {
-    if (!Has(index))
-        return {};
-    if (At(index).number == nullptr)
-        return value01 >= 0.5 ? "1" : "0";
-    return At(index).text->show(From01(At(index), value01));
+    return Has(index) ? At(index).text->show(From01(At(index), value01)) : MString();
 }
 
 double MModulatorParameters::ParseParameterValueName(int index, const MString& text) const
@@ -120,15 +105,12 @@ double MModulatorParameters::ParseParameterValueName(int index, const MString& t
     double number = 0.0;
     if (!Has(index))
         return 0.0;
-    if (At(index).number == nullptr)
-        return text.ReadDouble(number) ? (number >= 0.5 ? 1.0 : 0.0) : GetParameter(index);
     return At(index).text->read(text, number) ? To01(At(index), number) : GetParameter(index);
 }
 
-MAutomationType MModulatorParameters::GetParameterType(int index) const
+MAutomationType MModulatorParameters::GetParameterType(int /*index*/) const
 {
-    return Has(index) && At(index).number == nullptr ? MAutomationType::Bool
-                                                     : MAutomationType::Float;
+    return MAutomationType::Float;
 }
 
 double MModulatorParameters::GetParameterDefaultValue(int index) const

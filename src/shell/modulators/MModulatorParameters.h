@@ -7,18 +7,17 @@
 
 struct MModulatorText;
 
-/// One number or switch of a modulator, as a parameter. All that it points to outlives it.
+/// One number of a modulator, as a parameter. All that it points to outlives it.
 struct MModulatorParameter
 {
     const char* group = nullptr; ///< before the key; null for none
     const char* key = nullptr;   ///< as stored, unique within the group
     const char* name = nullptr;
-    MRelaxed<double>* number = nullptr; ///< null for a switch
-    MRelaxed<bool>* on = nullptr;       ///< null for a number
+    MRelaxed<double>* number = nullptr;
     double min = 0.0;
     double max = 1.0;
-    double defaultNumber = 0.0;           ///< of a switch 0.0 or 1.0
-    const MModulatorText* text = nullptr; ///< of a number
+    double defaultNumber = 0.0;
+    const MModulatorText* text = nullptr;
 };
 
 /// Some of the settings of a modulator as a row of parameters.

@@ -42,7 +42,7 @@ void MModulatorPitchSettings::Load(MXMLItem& item)
 void MModulatorPitchSettings::Publish(std::vector<MModulatorParameter>& parameters,
                                       const char* group)
 {
-    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers);
 }
 
 void MModulatorPitch::SetSampleRate(double newRate)

@@ -39,7 +39,7 @@ void MModulatorRandomSettings::Load(MXMLItem& item)
 void MModulatorRandomSettings::Publish(std::vector<MModulatorParameter>& parameters,
                                        const char* group)
 {
-    modulatornumbers::PublishAll(parameters, group, *this, Numbers, Switches);
+    modulatornumbers::PublishAll(parameters, group, *this, Numbers);
 }
 
 void MModulatorRandom::Reset(double newRate) noexcept

@@ -15,7 +15,7 @@ constexpr MModulatorNumberT<Settings> Numbers[] = {
 };
 constexpr MModulatorSwitchT<Settings> Switches[] = {
     {"Enabled", &Settings::Enabled},
-    {"HiSpeed", &Settings::HiSpeed, "High-speed"},
+    {"HiSpeed", &Settings::HiSpeed},
     {"SideChain", &Settings::SideChain},
 };
 constexpr MModulatorNumberT<Settings> ResetNumbers[] = {
@@ -56,10 +56,10 @@ void MModulatorSettings::Load(MXMLItem& item)
 
 void MModulatorSettings::Publish(std::vector<MModulatorParameter>& parameters)
 {
-    PublishAll(parameters, nullptr, *this, Numbers, Switches);
+    PublishAll(parameters, nullptr, *this, Numbers);
 }
 
 void MModulatorSettings::PublishReset(std::vector<MModulatorParameter>& parameters)
 {
-    PublishAll(parameters, ResetKey, *this, ResetNumbers, ResetSwitches);
+    PublishAll(parameters, ResetKey, *this, ResetNumbers);
 }

@@ -37,7 +37,6 @@ struct MModulatorSwitchT
 {
     const char* key;
     MRelaxed<bool> Settings::*on;
-    const char* name = nullptr; ///< as a parameter; null for none
 };
 
 namespace modulatornumbers
@@ -83,11 +82,10 @@ void LoadAll(const MXMLItem& item, Settings& to,
         to.*row.on = ReadBool(item, row.key, defaults.*row.on);
 }
 
-/// Adds what has a name, the numbers first. @p group stands before the keys, null for nothing.
-template <typename Settings, std::size_t Numbers, std::size_t Switches>
+/// Adds what has a name. @p group stands before the keys, null for nothing.
+template <typename Settings, std::size_t Numbers>
 void PublishAll(std::vector<MModulatorParameter>& parameters, const char* group, Settings& settings,
-                const MModulatorNumberT<Settings> (&numbers)[Numbers],
-                const MModulatorSwitchT<Settings> (&switches)[Switches])
+                const MModulatorNumberT<Settings> (&numbers)[Numbers])
 {
     const Settings defaults{};
     for (const auto& row : numbers)
@@ -100,13 +98,6 @@ void PublishAll(std::vector<MModulatorParameter>& parameters, const char* group,
                                   .max = row.max,
                                   .defaultNumber = defaults.*row.number,
                                   .text = row.text});
-    for (const auto& row : switches)
-        if (row.name != nullptr)
-            parameters.push_back({.group = group,
-                                  .key = row.key,
-                                  .name = row.name,
-                                  .on = &(settings.*row.on),
-                                  .defaultNumber = defaults.*row.on ? 1.0 : 0.0});
 }
 
 } // namespace modulatornumbers

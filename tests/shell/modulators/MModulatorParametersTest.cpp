@@ -11,8 +11,8 @@
 namespace
 {
 
-constexpr int First = 16; ///< behind the effect and the multiparameters
-constexpr int CountEach = 51;
+constexpr int First = 12; ///< behind the effect, before the multiparameters
+constexpr int CountEach = 50;
 
 struct Row
 {
@@ -26,7 +26,6 @@ struct Row
 /// In the order of their indices, which hosts keep, as they keep the ids.
 constexpr Row Rows[CountEach] = {
     {"Frequency", "Frequency", "0.1000 Hz", "0.0010 Hz", "1.00 Hz"},
-    {"High-speed", "HiSpeed", "0", "0", "1"},
     {"Signal shape", "Signal", "Sine", "Exponencial", "Mess"},
     {"Signal shape custom morph", "Signal custom morph", "0.00%", "0.00%", "100.0%"},
     {"Signal shape step sequencer", "Signal step sequencer", "0.00%", "0.00%", "100.0%"},
@@ -115,14 +114,13 @@ TEST(MModulatorParameters, HaveTheirPlacesNamesAndTexts)
             EXPECT_EQ(plugin->GetParameterValueName(index).ToUTF8(), row.byDefault) << row.name;
             EXPECT_EQ(plugin->GetParameterValueNameFrom01(index, 0.0).ToUTF8(), row.lowest);
             EXPECT_EQ(plugin->GetParameterValueNameFrom01(index, 1.0).ToUTF8(), row.highest);
-            const bool isSpecial = std::string(row.id).find('.') == std::string::npos && i > 1;
+            const bool isSpecial = std::string(row.id).find('.') == std::string::npos && i > 0;
             if (!isSpecial) // whose objects have defaults of their own
             {
                 EXPECT_DOUBLE_EQ(plugin->GetParameterDefaultValue(index),
                                  plugin->GetParameter(index))
                     << row.name;
             }
-            EXPECT_EQ(plugin->GetParameterType(index) == MAutomationType::Bool, i == 1);
         }
 }
 
@@ -140,8 +138,7 @@ TEST(MModulatorParameters, WhatAHostSetsIsShownReadBackStoredAndLoaded)
         {
             plugin->SetParameter(index, x, false);
             const double value = plugin->GetParameter(index);
-            const bool isSwitch = plugin->GetParameterType(index) == MAutomationType::Bool;
-            EXPECT_NEAR(value, isSwitch ? (x >= 0.5 ? 1.0 : 0.0) : x, 1e-12) << name;
+            EXPECT_NEAR(value, x, 1e-12) << name;
             const MString text = plugin->GetParameterValueName(index);
             EXPECT_EQ(plugin->GetParameterValueNameFrom01(index, x), text) << name;
             const double read = plugin->ParseParameterValueName(index, text);
@@ -186,7 +183,7 @@ TEST(MModulatorParameters, ReadWhatUsersType)
         {"Envelope.Attack", "250", "250 ms"},       {"Envelope.BandPassMin", "1.5k", "1500 Hz"},
         {"Envelope.BandPassMin", "440", "440 Hz"},  {"Pitch.ShiftOctaves", "-1.5", "-1.5000"},
         {"Pitch.ShiftSemitones", "7", "+7"},        {"Pitch.ShiftCents", "+12.34", "+12.3"},
-        {"Envelope.IntervalSize", "150", "150.0%"}, {"HiSpeed", "1", "1"},
+        {"Envelope.IntervalSize", "150", "150.0%"},
     };
     const PluginUnderTest plugin;
     for (const Typed& row : Cases)
@@ -225,8 +222,7 @@ TEST(MModulatorParameters, ModulatorsMoveEachOtherAndThemselves)
             plugin->GetModulators()[1].Enabled = true;
             mover.Enabled = true;
             plugin.Play(1000);
-            const bool isSwitch = plugin->GetParameterType(index) == MAutomationType::Bool;
-            EXPECT_NEAR(plugin->GetParameter(index), isSwitch ? 1.0 : 0.75, 1e-12) << row.id;
+            EXPECT_NEAR(plugin->GetParameter(index), 0.75, 1e-12) << row.id;
             mover.Enabled = false;
             plugin.Play(1000);
             EXPECT_NEAR(plugin->GetParameter(index), before, 1e-12) << row.id << moved;

@@ -49,7 +49,7 @@ TEST(MMultiParameter, IsAParameterThatMovesOthers)
 {
     MultiParameterUnderTest test;
     const int knob = test.slot.GetFirstIndex();
-    EXPECT_EQ(knob, 12) << "behind the effect"; // hosts keep it
+    EXPECT_EQ(knob, 112) << "behind the modulators"; // hosts keep it
     EXPECT_EQ(test.plugin->GetParameterName(knob), "MultiParameter 1");
     EXPECT_EQ(test.plugin->GetParameterName(knob + 3), "MultiParameter 4");
     // Down from 0.8, and compressed round 0.5.
