@@ -18,7 +18,7 @@ public:
 
     /// In the order of time.
     void AddMessage(const ScheduledMessage& message) { messages.push_back(message); }
-    /// The parameter @p index goes to @p value01, 0.0 to 1.0. For each index in the order of time.
+    /// The parameter @p index goes to @p value01, 0.0 to 1.0.
     void AddValue(std::int64_t frame, int index, double value01);
 
     const std::vector<ScheduledMessage>& GetMessages() const noexcept { return messages; }
@@ -39,5 +39,6 @@ private:
 
     std::vector<ScheduledMessage> messages;
     std::size_t nextMessage = 0;
-    std::vector<Value> values; ///< yet to be set
+    std::vector<Value> values; ///< in the order of time
+    std::size_t nextValue = 0;
 };

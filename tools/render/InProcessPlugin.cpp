@@ -14,7 +14,7 @@
 
 InProcessPlugin::InProcessPlugin()
     : plugin(CreateAudioPlugin()),
-      shell(dynamic_cast<MAudioEffectPluginToAudioPluginAdapter*>(plugin.get()))
+      shell(dynamic_cast<MQuillfernAudioEffectPlugin*>(plugin.get()))
 {
     if (shell == nullptr)
         throw Failure("the plugin cannot be created");

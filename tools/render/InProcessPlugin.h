@@ -3,7 +3,7 @@
 #include <memory>
 #include <span>
 
-#include "shell/MAudioEffectPluginToAudioPluginAdapter.h"
+#include "shell/MQuillfernAudioEffectPlugin.h"
 #include "tools/hosting/HostClock.h"
 #include "tools/hosting/HostedPlugin.h"
 
@@ -19,7 +19,7 @@ public:
     ~InProcessPlugin() override;
 
     /// The shell, which has the settings of the plugin as a whole.
-    MAudioEffectPluginToAudioPluginAdapter& GetShell() noexcept { return *shell; }
+    MQuillfernAudioEffectPlugin& GetShell() noexcept { return *shell; }
     /// Of the effect inside.
     const MPluginInfo& GetInfo() const noexcept;
     /// Null for an unknown @p name. The effect owns the record.
@@ -59,7 +59,7 @@ private:
     void TellTime();
 
     std::unique_ptr<MAudioPlugin> plugin;
-    MAudioEffectPluginToAudioPluginAdapter* shell; ///< the same
+    MQuillfernAudioEffectPlugin* shell; ///< the same
     HostClock clock;
     std::vector<float> silence; ///< maxBlock samples
 };

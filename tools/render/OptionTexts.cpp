@@ -18,19 +18,47 @@ std::optional<std::pair<std::string, std::string>> Split(const std::string& text
     return std::pair(text.substr(0, place), text.substr(place + 1));
 }
 
-RenderOptions::Point ReadPoint(const std::string& text)
+/// A number from 0 to 1 that @p name stands for.
+double ReadShare(const char* name, const std::string& text)
 {
-    const auto parts = Split(text, '=');
-    const auto seconds = parts ? text::ReadNumber(parts->first) : std::nullopt;
-    const auto value01 = parts ? text::ReadNumber(parts->second) : std::nullopt;
-    if (!seconds || !value01)
-        throw Failure("\"" + text + "\" is not of the form T=V");
-    if (*seconds < 0.0 || *seconds > RenderOptions::MaxSeconds)
-        throw Failure("the time " + parts->first + " is outside the range of 0 to " +
-                      text::Short(RenderOptions::MaxSeconds));
-    if (*value01 < 0.0 || *value01 > 1.0)
-        throw Failure("the value " + parts->second + " is outside the range of 0 to 1");
-    return {*seconds, *value01};
+    const auto value = text::ReadNumber(text);
+    if (!value)
+        throw Failure(std::string("the ") + name + ' ' + text + " is not a number");
+    if (*value < 0.0 || *value > 1.0)
+        throw Failure(std::string("the ") + name + ' ' + text + " is outside the range of 0 to 1");
+    return *value;
+}
+
+RenderOptions::Place ParsePlace(const std::string& text, char separator)
+{
+    const auto parts = Split(text, separator);
+    if (!parts)
+        throw Failure("\"" + text + "\" is not of the form X" + separator + "Y");
+    return {ReadShare("place", parts->first), ReadShare("place", parts->second)};
+}
+
+/// What @p read makes of each T and what stands behind it, in T=V,T=V with rising T.
+template <typename Read>
+auto ReadTimes(const std::string& text, const char* form, Read read)
+{
+    std::vector<decltype(read(0.0, text))> points;
+    for (std::size_t begin = 0; begin <= text.size();)
+    {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        const std::string point = text.substr(begin, end - begin);
+        const auto parts = Split(point, '=');
+        const auto seconds = parts ? text::ReadNumber(parts->first) : std::nullopt;
+        if (!seconds)
+            throw Failure("\"" + point + "\" is not of the form " + form);
+        if (*seconds < 0.0 || *seconds > RenderOptions::MaxSeconds)
+            throw Failure("the time " + parts->first + " is outside the range of 0 to " +
+                          text::Short(RenderOptions::MaxSeconds));
+        if (!points.empty() && *seconds <= points.back().seconds)
+            throw Failure("the times do not rise");
+        points.push_back(read(*seconds, parts->second));
+        begin = end + 1;
+    }
+    return points;
 }
 
 RenderOptions::Automation ParseAutomation(const std::string& text)
@@ -38,18 +66,25 @@ RenderOptions::Automation ParseAutomation(const std::string& text)
     auto parts = Split(text, ':');
     if (!parts)
         throw Failure("it is not of the form NAME:T=V,T=V");
-    RenderOptions::Automation automation{std::move(parts->first), {}};
-    const std::string& points = parts->second;
-    for (std::size_t begin = 0; begin <= points.size();)
+    return {std::move(parts->first),
+            ReadTimes(parts->second, "T=V",
+                      [](double seconds, const std::string& value) {
+                          return RenderOptions::Point{seconds, ReadShare("value", value)};
+                      })};
+}
+
+/// What @p parse makes of @p text; its complaint with the @p option in front.
+template <typename Parse>
+auto Naming(const std::string& option, const std::string& text, Parse parse)
+{
+    try
     {
-        const std::size_t end = std::min(points.find(',', begin), points.size());
-        const auto point = ReadPoint(points.substr(begin, end - begin));
-        if (!automation.points.empty() && point.seconds <= automation.points.back().seconds)
-            throw Failure("the times do not rise");
-        automation.points.push_back(point);
-        begin = end + 1;
+        return parse();
     }
-    return automation;
+    catch (const MException& failure)
+    {
+        throw Failure(option + " " + text, failure.text.ToUTF8());
+    }
 }
 
 } // namespace
@@ -93,14 +128,21 @@ RenderOptions::Setting optiontexts::ReadSetting01(const std::string& option,
 RenderOptions::Automation optiontexts::ReadAutomation(const std::string& option,
                                                       const std::string& text)
 {
-    try
-    {
-        return ParseAutomation(text);
-    }
-    catch (const MException& failure)
-    {
-        throw Failure(option + " " + text, failure.text.ToUTF8());
-    }
+    return Naming(option, text, [&text] { return ParseAutomation(text); });
+}
+
+RenderOptions::Place optiontexts::ReadPlace(const std::string& option, const std::string& text)
+{
+    return Naming(option, text, [&text] { return ParsePlace(text, ','); });
+}
+
+std::vector<RenderOptions::PlaceInTime> optiontexts::ReadPath(const std::string& option,
+                                                              const std::string& text)
+{
+    const auto read = [](double seconds, const std::string& place) {
+        return RenderOptions::PlaceInTime{seconds, ParsePlace(place, ':')};
+    };
+    return Naming(option, text, [&] { return ReadTimes(text, "T=X:Y", read); });
 }
 
 MChannelMode optiontexts::ReadChannelMode(const std::string& option, const std::string& text)

@@ -19,6 +19,11 @@ RenderOptions::Setting ReadSetting(const std::string& option, const std::string&
 RenderOptions::Setting ReadSetting01(const std::string& option, const std::string& text);
 /// NAME:T=V,T=V with rising T, in seconds, and V from 0.0 to 1.0.
 RenderOptions::Automation ReadAutomation(const std::string& option, const std::string& text);
+/// X,Y, each 0.0 to 1.0.
+RenderOptions::Place ReadPlace(const std::string& option, const std::string& text);
+/// T=X:Y,T=X:Y with rising T, in seconds, and X and Y from 0.0 to 1.0.
+std::vector<RenderOptions::PlaceInTime> ReadPath(const std::string& option,
+                                                 const std::string& text);
 /// Case does not matter.
 MChannelMode ReadChannelMode(const std::string& option, const std::string& text);
 

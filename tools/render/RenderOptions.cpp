@@ -41,18 +41,24 @@ to the new value that is as long as the block. T=0 counts from the first sample.
   tonvale-render --set Frequency="1000 Hz" --seconds 60 test-tone.wav
   tonvale-render --shape "30% Sine, 70% Harmonics" --table cycle.wav
   tonvale-render --state sound.xml --set Wet="-6 dB" --save-state quieter.xml
+  tonvale-render --preset "Leads/Saw lead" --midi melody.mid --save-state lead.xml \
+                 lead.wav
+  tonvale-render --preset "Morphing/Sine, triangle, square and saw" --seconds 8 \
+                 --morph-path 0=0:0,4=1:0,8=1:1 walk.wav
   tonvale-render --upsampling 4 --automate Pitch:0=0.5,2=0.7 --block 4800 up.wav
   tonvale-render --input voice.wav --channel-mode Mono --set01 Dry=1 voice2.wav
   tonvale-render --list
   tonvale-render --plugin other.vst3 --midi melody.mid other.wav
 
-OUT.wav may be left out with --table, --save-state and --list.)";
+OUT.wav may be left out with --table, --save-state and --list. Your presets are
+those in Tonvalepresets.xml, in the folder of this product among your data; those
+that came with this program lie in share/tonvale beside its folder.)";
 
 /// The texts of the options, to be read once the command line as a whole makes sense.
 struct Texts
 {
     std::vector<std::string> notes, texts, values01, shapes, automations;
-    std::string seconds, rate, block, channels, channelMode, upsampling, tempo;
+    std::string seconds, rate, block, channels, channelMode, upsampling, tempo, morph, morphPath;
     bool isHigh = false, isStandard = false, isBypassed = false, isOn = false;
 };
 
@@ -143,6 +149,12 @@ private:
         Add("--state", options.state, "FILE",
             "Begin with the settings in an XML file, plain or\n"
             "compressed; those below replace them");
+        Add("--preset", options.preset, "NAME",
+            "Begin with a preset instead, such as\n"
+            "\"Calibration/440 Hz sine at -18 dB\"");
+        Add("--presets-file", options.presetsFile, "FILE",
+            "Take it from this file; otherwise from your presets,\n"
+            "or if there are none from those that came with this");
         shapes = Add("--shape", texts.shapes, "TEXT",
                      "Set the shape: Saw, \"30% Sine, 70% Harmonics\", or a\n"
                      "number from 0 to 15. Same as --set Shape=TEXT");
@@ -155,12 +167,22 @@ private:
         Add("--automate", texts.automations, "NAME:T=V,...",
             "Set a parameter to V, 0.0 to 1.0, at T seconds, and\n"
             "so on with rising T. May be repeated");
+        Add("--morph", texts.morph, "X,Y",
+            "After these, blend all parameters from those in the\n"
+            "slots A (0,0), B (1,0), C (0,1) and D (1,1)");
+        Add("--morph-path", texts.morphPath, "T=X:Y,...",
+            "Be at that place at T seconds, and so on with rising\n"
+            "T, and walk straight between");
         Add("--save-state", options.saveState, "FILE", "Write the settings to an XML file");
         Add("--table", options.table, "FILE",
             "Write the one cycle that is played to a WAV file:\n"
             "8192 samples, one channel");
         app.add_flag("--list", options.isList, "List the parameters as set");
         app.add_flag("--stats", options.isStatistics, "Tell how the plugin ran");
+        app.add_flag("--presets", options.isPresetList, "List the presets, do nothing else");
+        Add("--install-presets", options.installPresets, "FILE",
+            "Add the folders of presets in FILE that your presets\n"
+            "lack, do nothing else");
     }
 
     void ReadTexts()
@@ -186,6 +208,10 @@ private:
             options.notes.push_back(ReadInteger("--note", note, 0, 127));
         for (const std::string& automation : texts.automations)
             options.automations.push_back(ReadAutomation("--automate", automation));
+        if (!texts.morph.empty())
+            options.morph = ReadPlace("--morph", texts.morph);
+        if (!texts.morphPath.empty())
+            options.morphPath = ReadPath("--morph-path", texts.morphPath);
         ReadMode();
         ReadSettings();
 
@@ -224,13 +250,17 @@ private:
 
     void CheckFiles() const
     {
+        if (options.state && options.preset)
+            throw Failure("--state and --preset exclude each other");
         std::vector<std::filesystem::path> written;
         if (!options.output.empty())
             written.emplace_back(options.output);
         for (const auto& file : {options.saveState, options.table})
             if (file)
                 written.emplace_back(*file);
-        if (written.empty() && !options.isList)
+        if (!written.empty() && options.IsPresetsOnly())
+            throw Failure("--presets and --install-presets write no sound, state or table");
+        if (written.empty() && !options.isList && !options.IsPresetsOnly())
             throw Failure("the name of the WAV file to write is missing; --help tells more");
         for (std::filesystem::path& path : written)
             path = path.lexically_normal();

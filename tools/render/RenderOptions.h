@@ -45,9 +45,25 @@ struct RenderOptions
         std::vector<Point> points;
     };
 
+    /// A place in the square between the slots A, B, C and D, 0.0 to 1.0 each.
+    struct Place
+    {
+        double x;
+        double y;
+    };
+
+    struct PlaceInTime
+    {
+        double seconds; ///< 0.0 to MaxSeconds
+        Place place;
+    };
+
     /// The first option given that works only where all of the plugin is within reach; null if
     /// there is none.
     const char* FindInsideOption() const noexcept;
+
+    /// Whether presets are listed or installed instead of anything else.
+    bool IsPresetsOnly() const noexcept { return isPresetList || installPresets; }
 
     /// @throws MException that says which argument is wrong and how.
     static RenderOptions Parse(int argumentCount, const char* const* arguments);
@@ -56,8 +72,12 @@ struct RenderOptions
     bool isInProcess = false;          ///< our own without a host standard between
     std::string output;               ///< path of the WAV file; empty if there is nothing to render
     std::optional<std::string> state; ///< path; loaded before the settings
-    std::optional<std::string> saveState; ///< path; written after the settings, as is the table
-    std::optional<std::string> table;     ///< path
+    std::optional<std::string> preset;      ///< "Folder/Name"; instead of a state
+    std::optional<std::string> presetsFile; ///< path; nothing for the usual places
+    std::optional<Place> morph;             ///< after the settings
+    std::vector<PlaceInTime> morphPath;     ///< by rising seconds
+    std::optional<std::string> saveState;   ///< path; written after the settings, as is the table
+    std::optional<std::string> table;       ///< path
     std::vector<int> notes;
     std::optional<std::string> midi;  ///< path
     std::optional<std::string> input; ///< path
@@ -73,6 +93,9 @@ struct RenderOptions
     std::optional<double> tempo;   ///< quarters a minute; nothing while the host stands
     std::vector<Setting> settings; ///< in the order of the command line
     std::vector<Automation> automations;
+    /// Path of presets to add to those of the user, instead of anything else.
+    std::optional<std::string> installPresets;
+    bool isPresetList = false; ///< list the presets instead of anything else
     bool isList = false;       ///< list the parameters
     bool isStatistics = false; ///< tell how the plugin ran
     /// Help or version, for those who asked for it instead of anything else.

@@ -15,8 +15,10 @@
 #include "tools/render/ParameterSettings.h"
 #include "tools/render/PluginChoice.h"
 #include "tools/render/PluginParameter.h"
+#include "tools/render/PresetCatalogue.h"
 #include "tools/render/ProgressLine.h"
 #include "tools/render/RenderOptions.h"
+#include "tools/render/SlotWalk.h"
 #include "tools/render/StateFile.h"
 #include "tools/render/Text.h"
 #include "tools/render/WavWriter.h"
@@ -39,8 +41,12 @@ Renderer::Renderer(const RenderOptions& renderOptions)
         inside->GetShell().SetChannelMode(MChannelMode::Surround);
     if (options.state)
         LoadState();
+    if (options.preset)
+        LoadPreset();
     ApplyPluginOptions();
     ApplySettings();
+    if (options.morph || !options.morphPath.empty())
+        Morph();
     LoadAutomation();
     if (!isRendering)
         return;
@@ -73,13 +79,27 @@ void Renderer::LoadState()
     const auto state = statefile::IsSettings(plugin->SaveState())
                            ? statefile::LoadSettings(*options.state)
                            : statefile::Load(*options.state);
+    GiveState("cannot load " + Quoted(*options.state), state);
+}
+
+void Renderer::LoadPreset()
+{
+    const PresetCatalogue presets(options.presetsFile);
+    const auto state = presets.Load(*options.preset);
+    if (!statefile::IsSettings(plugin->SaveState()))
+        throw Failure("--preset", "the plugin has other presets");
+    GiveState("cannot load preset \"" + *options.preset + '"', state);
+}
+
+void Renderer::GiveState(const std::string& subject, std::span<const std::byte> state)
+{
     try
     {
         plugin->LoadState(state);
     }
     catch (const MException& failure)
     {
-        throw Failure("cannot load " + Quoted(*options.state), failure.text.ToUTF8());
+        throw Failure(subject, failure.text.ToUTF8());
     }
 }
 
@@ -131,6 +151,26 @@ void Renderer::LoadAutomation()
         for (const RenderOptions::Point& point : automation.points)
             events.AddValue(std::llround(point.seconds * rate), index, point.value01);
     }
+}
+
+void Renderer::Morph()
+{
+    // The plugin may lie behind a host standard, which knows nothing of slots.
+    auto walker = MakeTwin();
+    if (walker == nullptr)
+        throw Failure(options.morph ? "--morph" : "--morph-path", "the plugin has no slots");
+    SlotWalk walk(std::move(walker));
+    if (options.morph)
+    {
+        walk.MoveTo(*options.morph);
+        GiveState("--morph", walk.SaveState());
+    }
+
+    constexpr double ShortestStep = 0.005; // seconds
+    walk.Follow(options.morphPath,
+                std::max(static_cast<double>(options.block) / rate, ShortestStep),
+                [&](double seconds, int index, double value01)
+                { events.AddValue(std::llround(seconds * rate), index, value01); });
 }
 
 void Renderer::LoadMidi()
@@ -204,20 +244,23 @@ void Renderer::Render()
     WavWriter writer(options.output, options.channels, rate);
     events.SetDueValues(*plugin, 0); // before the start, so that nothing moves there
     if (inside == nullptr)
-        MakeTwin();
+    {
+        twin = MakeTwin();
+        inside = twin.get();
+    }
     RenderBlocks(writer);
     writer.Commit();
 }
 
-void Renderer::MakeTwin()
+std::unique_ptr<InProcessPlugin> Renderer::MakeTwin()
 {
     const std::vector<std::byte> state = plugin->SaveState();
     if (!statefile::IsSettings(state))
-        return;
-    twin = std::make_unique<InProcessPlugin>();
-    twin->Start(options.channels, rate, 1);
-    twin->LoadState(state);
-    inside = twin.get();
+        return nullptr;
+    auto made = std::make_unique<InProcessPlugin>();
+    made->Start(options.channels, rate, 1);
+    made->LoadState(state);
+    return made;
 }
 
 void Renderer::RenderBlocks(WavWriter& writer)

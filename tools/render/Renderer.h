@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,10 +35,14 @@ public:
 private:
     void OpenInput();
     void LoadState();
+    void LoadPreset();
+    /// @p subject, what brings it, stands in front of a complaint.
+    void GiveState(const std::string& subject, std::span<const std::byte> state);
     void ApplyPluginOptions();
     void ApplyUpsampling();
     void ApplySettings();
     void LoadAutomation();
+    void Morph();
     void LoadMidi();
     /// Without --seconds; @p midiSeconds only counts with a MIDI file.
     double DefaultSeconds(double midiSeconds) const;
@@ -44,7 +50,8 @@ private:
 
     void WriteTable();
     void Render();
-    void MakeTwin();
+    /// One in process with the present state; null for plugins of others.
+    std::unique_ptr<InProcessPlugin> MakeTwin();
     void MakeNoteTable();
     void RenderBlocks(WavWriter& writer);
     void ProcessBlock(SoundBlocks& blocks, int frames);

@@ -99,9 +99,7 @@ std::vector<std::byte> statefile::LoadSettings(const std::filesystem::path& path
                   {
                       MXMLItem root("");
                       Parse(ReadAll(path), root);
-                      MMemoryStream stream;
-                      root.SaveCompressed(stream, "utf-8");
-                      return GetBytes(stream);
+                      return Pack(root);
                   });
 }
 
@@ -114,6 +112,13 @@ std::vector<std::byte> statefile::Load(const std::filesystem::path& path)
                       const auto state = std::as_bytes(std::span(bytes));
                       return std::vector<std::byte>(state.begin(), state.end());
                   });
+}
+
+std::vector<std::byte> statefile::Pack(const MXMLItem& settings)
+{
+    MMemoryStream stream;
+    settings.SaveCompressed(stream, "utf-8");
+    return GetBytes(stream);
 }
 
 void statefile::Save(const std::filesystem::path& path, std::span<const std::byte> state)

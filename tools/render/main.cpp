@@ -8,7 +8,9 @@
 
 #include "foundation/threads/MException.h"
 #include "tools/render/Failure.h"
+#include "tools/render/InstallPresets.h"
 #include "tools/render/Interruption.h"
+#include "tools/render/PresetCatalogue.h"
 #include "tools/render/RenderOptions.h"
 #include "tools/render/Renderer.h"
 
@@ -25,6 +27,12 @@ void Run(const RenderOptions& options)
         std::cout << *options.answer;
         return;
     }
+    if (options.installPresets)
+        InstallPresets(*options.installPresets, std::cout);
+    if (options.isPresetList)
+        PresetCatalogue(options.presetsFile).List(std::cout);
+    if (options.IsPresetsOnly())
+        return;
     interruption::Install();
     // Nothing but the complaint is told of a run that fails.
     std::ostringstream report;
