@@ -189,11 +189,16 @@ void MAudioEffectPluginToAudioPluginAdapter::Process(float* const* inputs, float
 void MAudioEffectPluginToAudioPluginAdapter::PrepareForProcessing(const float* const* inputs,
                                                                   int samples)
 {
+    FlushNotes();
+    modulators.Process(time, inputs, samples, GetEffectChannels());
+    multiParameters.Process(samples);
+}
+
+void MAudioEffectPluginToAudioPluginAdapter::FlushNotes()
+{
     if (midiFlushPending.load(std::memory_order_relaxed) &&
         midiFlushPending.exchange(false, std::memory_order_relaxed))
         ProcessAllNotesOff(0, time.position);
-    modulators.Process(time, inputs, samples, GetEffectChannels());
-    multiParameters.Process(samples);
 }
 
 void MAudioEffectPluginToAudioPluginAdapter::UpdateEffect()
@@ -254,6 +259,8 @@ void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quar
                                                          int note, double velocity, bool on)
 {
     const MLockGuard guard(GetProcessingLock());
+    if (on)
+        FlushNotes(); // what is played from now on stays
     MMIDIProcessor::ProcessNote(offset, quarters, channel, note, velocity, on);
     if (on)
         controllers.OnNote(channel, note, GetPitch());

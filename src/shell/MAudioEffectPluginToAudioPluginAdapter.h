@@ -109,6 +109,8 @@ private:
     void CreateEffect(MPluginCall entryPoint, const MString& productName);
     void WireEffect();
     void PrepareForProcessing(const float* const* inputs, int samples);
+    /// Ends the notes from before a load and the like. Under the processing lock.
+    void FlushNotes();
     void LoadChannelMode(MXMLItem& item);
     /// Surround needs more than two channels.
     void LimitChannelMode();
