@@ -1,8 +1,10 @@
-# Where the programs and modules go, below any prefix: hosts search lib/vst and lib/vst3. And the
-# Debian package of the same, which cpack makes.
+# Where the programs and modules go, below any prefix: hosts search lib/vst and lib/vst3, and
+# tonvale-render takes presets from share/tonvale. And the Debian package of the same, which cpack
+# makes.
 
 if(TARGET tonvale-render)
     install(TARGETS tonvale-render)
+    install(FILES ${TONVALE_BANK} DESTINATION share/tonvale)
 endif()
 install(TARGETS tonvale-vst2 LIBRARY DESTINATION lib/vst)
 cmake_path(RELATIVE_PATH TONVALE_VST3_BUNDLE BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE bundle)

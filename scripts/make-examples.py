@@ -96,6 +96,25 @@ def melody(path):
     write(path, [conductor, lead], now)
 
 
+DEMO = """
+A3 E4 A4 C5 B4 A4 E4 C4  F3 C4 F4 A4 G4 F4 C4 A3
+C4 G4 C5 E5 D5 C5 G4 E4  G3 D4 G4 B4 D5 B4 G4 E4
+"""
+
+
+def demo(path):
+    """Four bars of broken chords and a last note, for a sound that changes meanwhile."""
+    lead = Track()
+    lead.meta(0, 0x03, b"Demo")
+    lead.tempo(0, 120)
+    now = 0
+    for name in DEMO.split():
+        lead.note(now, now + 0.45, note_number(name))
+        now += 0.5
+    lead.note(now, now + 2, note_number("A4"))
+    write(path, [lead], now + 2)
+
+
 def chromatic_scale(path):
     """C3 to C6 in quarters of a second."""
     scale = Track()
@@ -141,6 +160,7 @@ def main():
     root = pathlib.Path(__file__).resolve().parent.parent
     melody(root / "examples" / "melody.mid")
     chromatic_scale(root / "examples" / "chromatic-scale.mid")
+    demo(root / "examples" / "demo.mid")
     fuzz_corpus(root / "fuzz" / "corpus" / "MidiFileFuzzer")
 
 

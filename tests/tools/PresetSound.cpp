@@ -97,7 +97,7 @@ double PresetSound::GetWidth() const
 {
     std::vector<float> difference(channels[0].size());
     std::ranges::transform(channels[0], channels[1], difference.begin(), std::minus());
-    return RMS(difference) / GetRMS();
+    return RMS(difference) / std::max(GetRMS(0), GetRMS(1));
 }
 
 std::optional<double> PresetSound::GetFrequency(std::size_t channel) const

@@ -20,7 +20,7 @@ struct PresetSound
     /// Over all of it, and the mean, of @p channel.
     double GetRMS(std::size_t channel = 0) const;
     double GetMean(std::size_t channel = 0) const;
-    /// RMS of the difference of the channels over that of the first one.
+    /// RMS of the difference of the channels over that of the louder one.
     double GetWidth() const;
     /// Hz, of the first second of @p channel.
     std::optional<double> GetFrequency(std::size_t channel = 0) const;

@@ -103,7 +103,7 @@ TEST(RenderRefusal, TellsWhatIsWrongWithTheCommandLine)
         {{"--automate", "Loud:0=1"}, "there is no parameter \"Loud\"; there are Dry, "},
         {{"--automate", "Wet:1"}, "--automate Wet:1: \"1\" is not of the form T=V"},
         {{"--automate", "Wet:0=1,"}, "\"\" is not of the form T=V"},
-        {{"--automate", "Wet:0=1,1=x"}, "\"1=x\" is not of the form T=V"},
+        {{"--automate", "Wet:0=1,1=x"}, "the value x is not a number"},
         {{"--automate", "Wet:0=1,0=0"}, "the times do not rise"},
         {{"--automate", "Wet:-1=1"}, "the time -1 is outside the range of 0 to 86400"},
         {{"--automate", "Wet:0=1.01"}, "the value 1.01 is outside the range of 0 to 1"},

@@ -105,8 +105,9 @@ void InstallPresets(const std::filesystem::path& source, std::ostream& report)
                 continue;
             }
             AddFolder(manager, *folder);
-            report << name << ": added " << presettree::ListPresets(*folder).size()
-                   << " presets to " << target << '\n';
+            const std::size_t count = presettree::ListPresets(*folder).size();
+            report << name << ": added " << count << (count == 1 ? " preset to " : " presets to ")
+                   << target << '\n';
         }
     }
     catch (const MException& failure)

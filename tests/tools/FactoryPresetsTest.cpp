@@ -1,0 +1,235 @@
+// The presets that the product comes with, as built: their list, and whether they sound as their
+// names say.
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "persistence/presets/MPresetBase.h"
+#include "persistence/presets/MPresetManagerBase.h"
+#include "persistence/presets/PresetTree.h"
+#include "tests/TemporaryFolder.h"
+#include "tests/tools/PresetSound.h"
+#include "tools/render/InProcessPlugin.h"
+#include "tools/render/PresetCatalogue.h"
+#include "tools/render/SlotWalk.h"
+
+namespace
+{
+
+const char* const Folders[] = {"Calibration", "Test signals", "Basses",          "Leads",
+                               "Textures",    "Stereo width", "Pads and organs", "Morphing"};
+
+/// Of all presets below @p folder, or of all.
+std::vector<std::string> ListPaths(const std::string& file, const std::string& folder = {})
+{
+    std::stringstream list;
+    PresetCatalogue(file).List(list);
+    std::vector<std::string> paths;
+    for (std::string path; std::getline(list, path);)
+        if (path.starts_with(folder))
+            paths.push_back(path);
+    return paths;
+}
+
+TEST(FactoryPresets, AreThoseOfTheSourceAndReadByTheManager)
+{
+    const std::vector<std::string> paths = ListPaths(TONVALE_BANK);
+    EXPECT_EQ(paths, ListPaths(TONVALE_BANK_SOURCE));
+    EXPECT_GE(paths.size(), 40u);
+    EXPECT_EQ(std::set(paths.begin(), paths.end()).size(), paths.size());
+    for (const std::string& path : paths)
+        EXPECT_NE(std::ranges::find(Folders, path.substr(0, path.find('/'))), std::end(Folders))
+            << path << " is not tested below";
+
+    struct : MPresetBase
+    {
+        void Store(MXMLItem& /*preset*/) override {}
+        void Load(MXMLItem& preset) override
+        {
+            hasParameters = preset.HasAttribute("parameterWet");
+        }
+        bool hasParameters = false;
+    } owner;
+    const TemporaryFolder folder;
+    std::filesystem::copy_file(TONVALE_BANK, folder / "Tonvalepresets.xml");
+    const MPresetManagerBase manager(owner, "Tonvale",
+                                     MString::FromUTF8(folder.GetPath().string()));
+    std::vector<std::string> managed;
+    for (MXMLItem* const preset : manager.ListPresets())
+    {
+        managed.push_back(MPresetManagerBase::GetPath(*preset).ToUTF8());
+        EXPECT_TRUE(preset->HasAttribute("compressed")) << managed.back();
+        owner.hasParameters = false;
+        manager.LoadPreset(*preset);
+        EXPECT_TRUE(owner.hasParameters) << managed.back();
+    }
+    EXPECT_EQ(managed, paths);
+}
+
+class FactoryPresetsOf : public testing::TestWithParam<const char*>
+{
+protected:
+    bool Is(const char* folder) const { return GetParam() == std::string(folder); }
+    bool IsPlayed() const { return Is("Basses") || Is("Leads") || Is("Pads and organs"); }
+    int GetNote() const { return Is("Basses") ? 40 : 57; }
+
+    void CheckFolder(const PresetSound& sound, const std::string& name) const;
+};
+
+/// The number that @p pattern finds in @p name, with what follows it.
+std::optional<std::smatch> Find(const std::string& name, const char* pattern)
+{
+    std::smatch match;
+    return std::regex_search(name, match, std::regex(pattern)) ? std::optional(match)
+                                                               : std::nullopt;
+}
+
+double Cents(std::optional<double> hz, std::optional<double> reference)
+{
+    return hz && reference ? 1200.0 * std::log2(*hz / *reference) : std::nan("");
+}
+
+void CheckNumbers(const PresetSound& sound, const std::string& name)
+{
+    const std::size_t loud = sound.GetRMS(1) > sound.GetRMS(0) ? 1 : 0;
+    if (const auto found = Find(name, R"((\d+) (k?)Hz (sine|triangle|square|saw)( in)?)"))
+    {
+        const double hz = std::stod(found->str(1)) * (found->length(2) > 0 ? 1000.0 : 1.0);
+        EXPECT_NEAR(Cents(sound.GetFrequency(loud), hz), 0.0, 0.01);
+        const std::string shape = found->str(3);
+        const double expected = shape == "square" ? 1.0
+                                : shape == "sine" ? 1.0 / std::numbers::sqrt2
+                                                  : 1.0 / std::numbers::sqrt3;
+        if (found->length(4) == 0) // it goes on and on
+        {
+            EXPECT_NEAR(sound.GetRMS(loud) / sound.GetPeak(), expected, 0.03);
+        }
+    }
+    if (const auto found = Find(name, R"((?:at|to) (-\d+) dB)"))
+    {
+        EXPECT_NEAR(20.0 * std::log10(sound.GetPeak()), std::stod(found->str(1)), 0.02);
+    }
+    if (const auto found = Find(name, R"((\d+) cents wide)"))
+    {
+        EXPECT_NEAR(Cents(sound.GetFrequency(1), sound.GetFrequency(0)), std::stod(found->str(1)),
+                    0.5);
+    }
+}
+
+void CheckWords(const PresetSound& sound, const std::string& name)
+{
+    const auto has = [&name](const char* word) { return name.find(word) != std::string::npos; };
+    if (has("alone"))
+    {
+        EXPECT_LT(sound.GetRMS(has("left") ? 1 : 0), 1e-6);
+    }
+    if (has("left against right"))
+    {
+        EXPECT_NEAR(sound.GetWidth(), 2.0, 1e-3);
+    }
+    if (has("left and right unlike"))
+    {
+        EXPECT_NEAR(sound.GetWidth(), std::numbers::sqrt2, 0.05);
+    }
+    if (has("note on the left"))
+    {
+        EXPECT_NEAR(Cents(sound.GetFrequency(1), sound.GetFrequency(0)),
+                    has("Octave") ? 1200.0 : 700.0, 0.1);
+    }
+    if (has("one a second"))
+    {
+        EXPECT_NEAR(*sound.GetFrequency(1) - *sound.GetFrequency(0), 1.0, 0.001);
+    }
+}
+
+void FactoryPresetsOf::CheckFolder(const PresetSound& sound, const std::string& name) const
+{
+    if (Is("Calibration"))
+    {
+        EXPECT_LT(sound.GetLevelMovement(), 0.1);
+        EXPECT_LT(sound.GetBrightnessMovement(), 1.01);
+        if (name.find(',') == std::string::npos)
+        {
+            EXPECT_EQ(sound.GetWidth(), 0.0);
+        }
+    }
+    if (Is("Textures"))
+    {
+        EXPECT_TRUE(sound.GetLevelMovement() > 1.5 || sound.GetBrightnessMovement() > 1.3)
+            << sound.GetLevelMovement() << " dB, " << sound.GetBrightnessMovement();
+    }
+    if (Is("Stereo width"))
+    {
+        EXPECT_GT(sound.GetWidth(), 0.5);
+    }
+    if (IsPlayed())
+    {
+        const double octaves = name.find("octave down") != std::string::npos ? -1.0 : 0.0;
+        const double hz = 440.0 * std::exp2((GetNote() - 69) / 12.0 + octaves);
+        EXPECT_NEAR(Cents(sound.GetFrequency(), hz), 0.0, 20.0);
+    }
+}
+
+TEST_P(FactoryPresetsOf, SoundAsTheirNamesSay)
+{
+    const auto note = static_cast<std::uint8_t>(GetNote());
+    std::vector<ScheduledMessage> many;
+    for (std::uint8_t i = 0; i < 16; ++i)
+    {
+        const auto step = static_cast<std::uint8_t>(note + i * 7 % 24);
+        many.push_back({i * 30000, {0x90, step, 100}});
+        many.push_back({i * 30000 + 20000, {0x80, step, 64}});
+    }
+    const PresetCatalogue presets{std::string(TONVALE_BANK)};
+    for (const std::string& path : ListPaths(TONVALE_BANK, std::string(GetParam()) + '/'))
+    {
+        SCOPED_TRACE(path);
+        const auto state = presets.Load(path);
+        const auto held =
+            PresetSound::Play(state, std::vector{ScheduledMessage{0, {0x90, note, 100}}});
+        for (const PresetSound& sound : {held, PresetSound::Play(state, many)})
+        {
+            EXPECT_LT(sound.GetPeak(), 1.0);
+            for (const std::size_t channel : {0u, 1u})
+                EXPECT_LT(std::abs(sound.GetMean(channel)), 0.005 * sound.GetPeak());
+            EXPECT_GT(std::max(sound.GetRMS(0), sound.GetRMS(1)), 0.01);
+        }
+        if (IsPlayed())
+        {
+            EXPECT_LT(PresetSound::Play(state, {}).GetPeak(), 1e-6) << "without a note";
+        }
+        CheckNumbers(held, path);
+        CheckWords(held, path);
+        CheckFolder(held, path);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllFolders, FactoryPresetsOf, testing::ValuesIn(Folders));
+
+TEST(FactoryPresets, MorphBetweenFourSounds)
+{
+    const PresetCatalogue presets{std::string(TONVALE_BANK)};
+    for (const std::string& path : ListPaths(TONVALE_BANK, "Morphing/"))
+    {
+        auto plugin = std::make_unique<InProcessPlugin>();
+        plugin->LoadState(presets.Load(path));
+        SlotWalk walk(std::move(plugin));
+        std::set<std::string> states;
+        for (const RenderOptions::Place place :
+             {RenderOptions::Place{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}, {1.0, 1.0}, {0.5, 0.5}})
+        {
+            walk.MoveTo(place);
+            const auto state = walk.SaveState();
+            states.emplace(reinterpret_cast<const char*>(state.data()), state.size());
+        }
+        EXPECT_EQ(states.size(), 5u) << path;
+    }
+}
+
+} // namespace
