@@ -255,12 +255,16 @@ void MAudioEffectPluginToAudioPluginAdapter::OnCustomParameterChanged(MAutomatio
     NeedUpdateEditor(adapter);
 }
 
+void MAudioEffectPluginToAudioPluginAdapter::OnNoteBegin()
+{
+    const MLockGuard guard(GetProcessingLock());
+    FlushNotes(); // those from before; what is played for the block to come stays
+}
+
 void MAudioEffectPluginToAudioPluginAdapter::ProcessNote(int offset, double quarters, int channel,
                                                          int note, double velocity, bool on)
 {
     const MLockGuard guard(GetProcessingLock());
-    if (on)
-        FlushNotes(); // what is played from now on stays
     MMIDIProcessor::ProcessNote(offset, quarters, channel, note, velocity, on);
     if (on)
         controllers.OnNote(channel, note, GetPitch());

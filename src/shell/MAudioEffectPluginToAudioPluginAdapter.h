@@ -88,6 +88,7 @@ protected:
     void Process(float* const* inputs, float* const* outputs, int samples) override;
     void ProcessPre(const float* const* inputs, int samples) override;
     void ProcessPost(float* const* outputs, int samples) override;
+    void OnNoteBegin() override;
     void InitEffect() override;
     void InitDone() override;
 

@@ -298,6 +298,15 @@ TEST(MAudioEffectPluginToAudioPluginAdapter, NotesEndAtTheEffect)
     EXPECT_EQ(listener.noteOffs, 2) << "not on the thread that loads";
     plugin.Play(64);
     EXPECT_EQ(listener.noteOffs, 4);
+
+    plugin.Send({0x90, 60, 100});
+    plugin.Load(*plugin.Store());
+    plugin.Send({0x90, 62, 100});
+    EXPECT_EQ(listener.noteOffs, 5) << "the one from before the load";
+    plugin.Play(64);
+    EXPECT_EQ(listener.noteOffs, 5) << "the one for the first block behind it stays";
+    plugin.Send({0xB0, 123, 0});
+    EXPECT_EQ(listener.noteOffs, 6);
 }
 
 } // namespace

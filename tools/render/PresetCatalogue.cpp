@@ -21,8 +21,9 @@ constexpr const char* FileName = "Tonvalepresets.xml";
 
 std::filesystem::path FindFile()
 {
-    const std::filesystem::path ofUser =
-        std::filesystem::path(FileNameToBytes(FindProductFolder())) / FileName;
+    std::filesystem::path ofUser = FileNameToBytes(FindProductFolder());
+    if (!ofUser.empty()) // else a file of any folder would do
+        ofUser /= FileName;
     const std::filesystem::path program = MModule::Get().GetPath().ToUTF8();
     const std::filesystem::path installed =
         program.parent_path().parent_path() / "share" / "tonvale" / FileName;

@@ -17,9 +17,10 @@ constexpr const char* Description =
 constexpr const char* Notes =
     R"(The oscillator plays one note at a time and never stops: it begins with C5
 or the note of the state, changes with each note that is switched on, and notes
-that are switched off change nothing. With --midi, a table tells the frequency
-of each note as it should be, by the parameters at the start, and as measured in
-the first channel that the oscillator plays, unless that is bypassed.
+that are switched off change nothing but what modulators make of them. With
+--midi, a table tells the frequency of each note as it should be, by the
+parameters at the start, and as measured in the first channel that the oscillator
+plays, unless that is bypassed.
 
 It runs as hosts run it, from the bundle Tonvale.vst3 in the first of these
 places: vst3 and lib/vst3 beside the folder of this program, .vst3 in your home
@@ -43,7 +44,7 @@ to the new value that is as long as the block. T=0 counts from the first sample.
   tonvale-render --state sound.xml --set Wet="-6 dB" --save-state quieter.xml
   tonvale-render --preset "Leads/Saw lead" --midi melody.mid --save-state lead.xml \
                  lead.wav
-  tonvale-render --preset "Morphing/Sine, triangle, square and saw" --seconds 8 \
+  tonvale-render --preset "Morphing/Sine, saw, square and triangle" --seconds 8 \
                  --morph-path 0=0:0,4=1:0,8=1:1 walk.wav
   tonvale-render --upsampling 4 --automate Pitch:0=0.5,2=0.7 --block 4800 up.wav
   tonvale-render --input voice.wav --channel-mode Mono --set01 Dry=1 voice2.wav
@@ -51,8 +52,8 @@ to the new value that is as long as the block. T=0 counts from the first sample.
   tonvale-render --plugin other.vst3 --midi melody.mid other.wav
 
 OUT.wav may be left out with --table, --save-state and --list. Your presets are
-those in Tonvalepresets.xml, in the folder of this product among your data; those
-that came with this program lie in share/tonvale beside its folder.)";
+in Tonvalepresets.xml, in the folder of this product among your data; those that
+came with this program are in share/tonvale beside its folder.)";
 
 /// The texts of the options, to be read once the command line as a whole makes sense.
 struct Texts
@@ -168,8 +169,8 @@ private:
             "Set a parameter to V, 0.0 to 1.0, at T seconds, and\n"
             "so on with rising T. May be repeated");
         Add("--morph", texts.morph, "X,Y",
-            "After these, blend all parameters from those in the\n"
-            "slots A (0,0), B (1,0), C (0,1) and D (1,1)");
+            "After the settings, blend all parameters of the slots\n"
+            "A (at 0,0), B (1,0), C (0,1) and D (1,1)");
         Add("--morph-path", texts.morphPath, "T=X:Y,...",
             "Be at that place at T seconds, and so on with rising\n"
             "T, and walk straight between");

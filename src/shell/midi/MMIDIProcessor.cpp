@@ -73,6 +73,8 @@ bool MMIDIProcessor::ProcessMIDIEvent(int offset, const std::uint8_t* bytes)
 void MMIDIProcessor::ProcessNotePerform(int offset, double time, int channel, int note,
                                         double velocity, bool on)
 {
+    if (on)
+        OnNoteBegin();
     channel &= ChannelMask;
     note &= NoteMask;
     int& heldCount = held.at(static_cast<std::size_t>(channel)).at(static_cast<std::size_t>(note));

@@ -33,6 +33,10 @@ public:
     bool ProcessMIDIController(int offset, double time, int channel, int number,
                                double value) override;
 
+protected:
+    /// A note begins, and does not yet count among those that sound.
+    virtual void OnNoteBegin() {}
+
 private:
     static constexpr int Rows = 17; ///< sixteen channels and a spare one
     static constexpr int Notes = 128;
