@@ -122,6 +122,13 @@ void CheckNumbers(const PresetSound& sound, const std::string& name)
     }
 }
 
+/// Ten seconds are 20 quarters.
+constexpr std::pair<const char*, int> Rhythms[] = {{"Tremolo in quarters", 20},
+                                                   {"Tremolo in eighth triplets", 60},
+                                                   {"Wobble in eighths", 40},
+                                                   {"bursts, 2 a second", 20},
+                                                   {"Clicks, 20 a second", 200}};
+
 void CheckWords(const PresetSound& sound, const std::string& name)
 {
     const auto has = [&name](const char* word) { return name.find(word) != std::string::npos; };
@@ -142,6 +149,11 @@ void CheckWords(const PresetSound& sound, const std::string& name)
         EXPECT_NEAR(Cents(sound.GetFrequency(1), sound.GetFrequency(0)),
                     has("Octave") ? 1200.0 : 700.0, 0.1);
     }
+    for (const auto& [words, swells] : Rhythms)
+        if (has(words))
+        {
+            EXPECT_NEAR(sound.CountSwells(), swells, 1);
+        }
     if (has("one a second"))
     {
         EXPECT_NEAR(*sound.GetFrequency(1) - *sound.GetFrequency(0), 1.0, 0.001);

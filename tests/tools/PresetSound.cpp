@@ -29,18 +29,23 @@ double Brightness(std::span<const float> sound)
     return RMS(std::span(slope).subspan(1)) / std::max(Silence, RMS(sound));
 }
 
-/// The largest over the smallest of what @p measure makes of each piece of @p sound.
-double Compare(std::span<const float> sound, double (*measure)(std::span<const float>))
+using Measure = double (*)(std::span<const float>);
+
+/// What @p measure makes of each @p piece samples of @p sound.
+std::vector<double> Follow(std::span<const float> sound, std::size_t piece, Measure measure)
 {
-    constexpr std::size_t Piece = PresetSound::Rate / 20;
-    double least = 1e9;
-    double most = 0.0;
-    for (std::size_t begin = PresetSound::Rate / 2; begin + Piece <= sound.size(); begin += Piece)
-    {
-        const double value = std::max(Silence, measure(sound.subspan(begin, Piece)));
-        least = std::min(least, value);
-        most = std::max(most, value);
-    }
+    std::vector<double> values;
+    for (; sound.size() >= piece; sound = sound.subspan(piece))
+        values.push_back(std::max(Silence, measure(sound.first(piece))));
+    return values;
+}
+
+/// The largest over the smallest, without the beginning.
+double Compare(std::span<const float> sound, Measure measure)
+{
+    const auto values =
+        Follow(sound.subspan(PresetSound::Rate / 2), PresetSound::Rate / 20, measure);
+    const auto [least, most] = std::ranges::minmax(values);
     return most / least;
 }
 
@@ -113,4 +118,20 @@ double PresetSound::GetLevelMovement() const
 double PresetSound::GetBrightnessMovement() const
 {
     return Compare(channels[0], Brightness);
+}
+
+int PresetSound::CountSwells() const
+{
+    const bool isLevel = GetLevelMovement() > 1.5;
+    const auto values = Follow(channels[0], Rate / 100, isLevel ? RMS : Brightness);
+    const auto [least, most] = std::ranges::minmax(values);
+    int swells = 0;
+    bool isUp = false;
+    for (const double value : values)
+    {
+        const double height = (value - least) / (most - least);
+        swells += !isUp && height > 0.6;
+        isUp = isUp ? height > 0.4 : height > 0.6;
+    }
+    return swells;
 }

@@ -30,6 +30,9 @@ struct PresetSound
     /// lowest one.
     double GetLevelMovement() const;
     double GetBrightnessMovement() const;
+    /// How often the level of the first channel swells, or the brightness where the level stays, in
+    /// pieces of 10 ms.
+    int CountSwells() const;
 
     std::vector<std::vector<float>> channels;
 };
