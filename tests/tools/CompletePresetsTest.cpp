@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "foundation/streams/MMemoryStream.h"
-#include "foundation/threads/MException.h"
 #include "foundation/xml/MXMLItem.h"
 #include "persistence/presets/MPresetBase.h"
 #include "persistence/presets/PresetTree.h"
+#include "tests/persistence/ConfigurationFolder.h"
 
 namespace
 {
@@ -70,16 +70,8 @@ TEST(CompletePresets, RefusesWhatWouldBeLost)
     for (const auto& [text, complaint] : cases)
     {
         MXMLItem root("");
-        try
-        {
-            Complete(text, root);
-            ADD_FAILURE() << text;
-        }
-        catch (const MException& failure)
-        {
-            EXPECT_NE(failure.text.ToUTF8().find(complaint), std::string::npos)
-                << failure.text.ToUTF8();
-        }
+        const std::string thrown = Thrown([&] { Complete(text, root); });
+        EXPECT_NE(thrown.find(complaint), std::string::npos) << thrown;
     }
 }
 

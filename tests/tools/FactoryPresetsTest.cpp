@@ -10,9 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "persistence/presets/MPresetBase.h"
-#include "persistence/presets/MPresetManagerBase.h"
-#include "persistence/presets/PresetTree.h"
+#include "shell/PluginPresets.h"
 #include "tests/TemporaryFolder.h"
 #include "tests/tools/PresetSound.h"
 #include "tools/render/InProcessPlugin.h"
@@ -47,27 +45,16 @@ TEST(FactoryPresets, AreThoseOfTheSourceAndReadByTheManager)
         EXPECT_NE(std::ranges::find(Folders, path.substr(0, path.find('/'))), std::end(Folders))
             << path << " is not tested below";
 
-    struct : MPresetBase
-    {
-        void Store(MXMLItem& /*preset*/) override {}
-        void Load(MXMLItem& preset) override
-        {
-            hasParameters = preset.HasAttribute("parameterWet");
-        }
-        bool hasParameters = false;
-    } owner;
     const TemporaryFolder folder;
     std::filesystem::copy_file(TONVALE_BANK, folder / "Tonvalepresets.xml");
-    const MPresetManagerBase manager(owner, "Tonvale",
-                                     MString::FromUTF8(folder.GetPath().string()));
+    InProcessPlugin plugin;
+    PluginPresets presets(plugin.GetShell(), MString::FromUTF8(folder.GetPath().string()));
     std::vector<std::string> managed;
-    for (MXMLItem* const preset : manager.ListPresets())
+    for (MXMLItem* const preset : presets.GetManager().ListPresets())
     {
         managed.push_back(MPresetManagerBase::GetPath(*preset).ToUTF8());
         EXPECT_TRUE(preset->HasAttribute("compressed")) << managed.back();
-        owner.hasParameters = false;
-        manager.LoadPreset(*preset);
-        EXPECT_TRUE(owner.hasParameters) << managed.back();
+        presets.Load(*preset);
     }
     EXPECT_EQ(managed, paths);
 }

@@ -166,11 +166,16 @@ void Renderer::Morph()
         GiveState("--morph", walk.SaveState());
     }
 
+    if (options.morphPath.empty())
+        return;
     constexpr double ShortestStep = 0.005; // seconds
-    walk.Follow(options.morphPath,
-                std::max(static_cast<double>(options.block) / rate, ShortestStep),
-                [&](double seconds, int index, double value01)
-                { events.AddValue(std::llround(seconds * rate), index, value01); });
+    constexpr double MaxSteps = 100000.0;  // what is kept of a path of hours has to fit
+    const double length = options.morphPath.back().seconds - options.morphPath.front().seconds;
+    walk.Follow(
+        options.morphPath,
+        std::max({static_cast<double>(options.block) / rate, ShortestStep, length / MaxSteps}),
+        [&](double seconds, int index, double value01)
+        { events.AddValue(std::llround(seconds * rate), index, value01); });
 }
 
 void Renderer::LoadMidi()
