@@ -67,11 +67,11 @@ TEST(CompletePresets, RefusesWhatWouldBeLost)
         {R"(<preset name="P"/><preset name="P"/>)", "There are two presets \"P\"."},
         {R"(<Directory Name="F"><prest name="P"/></Directory>)", "\"prest\" is neither"},
     };
-    for (const auto& [text, complaint] : cases)
+    for (const Case& row : cases)
     {
         MXMLItem root("");
-        const std::string thrown = Thrown([&] { Complete(text, root); });
-        EXPECT_NE(thrown.find(complaint), std::string::npos) << thrown;
+        const std::string thrown = Thrown([&] { Complete(row.text, root); });
+        EXPECT_NE(thrown.find(row.complaint), std::string::npos) << thrown;
     }
 }
 

@@ -179,11 +179,12 @@ TEST_P(FactoryPresetsOf, SoundAsTheirNamesSay)
 {
     const auto note = static_cast<std::uint8_t>(GetNote());
     std::vector<ScheduledMessage> many;
-    for (std::uint8_t i = 0; i < 16; ++i)
+    for (int i = 0; i < 16; ++i)
     {
         const auto step = static_cast<std::uint8_t>(note + i * 7 % 24);
-        many.push_back({i * 30000, {0x90, step, 100}});
-        many.push_back({i * 30000 + 20000, {0x80, step, 64}});
+        const std::int64_t frame = std::int64_t{30000} * i;
+        many.push_back({frame, {0x90, step, 100}});
+        many.push_back({frame + 20000, {0x80, step, 64}});
     }
     const PresetCatalogue presets{std::string(TONVALE_BANK)};
     for (const std::string& path : ListPaths(TONVALE_BANK, std::string(GetParam()) + '/'))

@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr std::int64_t Length = 10 * PresetSound::Rate;
+constexpr std::int64_t Length = std::int64_t{10} * PresetSound::Rate;
 constexpr int Block = 512;
 constexpr double Silence = 1e-6;
 
