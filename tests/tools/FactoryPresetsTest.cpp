@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -69,12 +68,13 @@ protected:
     void CheckFolder(const PresetSound& sound, const std::string& name) const;
 };
 
-/// The number that @p pattern finds in @p name, with what follows it.
-std::optional<std::smatch> Find(const std::string& name, const char* pattern)
+/// The number in @p name in front of the last @p unit, if there is one.
+std::optional<double> FindNumber(const std::string& name, const std::string& unit)
 {
-    std::smatch match;
-    return std::regex_search(name, match, std::regex(pattern)) ? std::optional(match)
-                                                               : std::nullopt;
+    const std::size_t end = name.rfind(unit);
+    const std::size_t begin =
+        end != std::string::npos ? name.find_last_not_of("-0123456789", end - 1) + 1 : end;
+    return begin < end ? std::optional(std::stod(name.substr(begin))) : std::nullopt;
 }
 
 double Cents(std::optional<double> hz, std::optional<double> reference)
@@ -85,27 +85,30 @@ double Cents(std::optional<double> hz, std::optional<double> reference)
 void CheckNumbers(const PresetSound& sound, const std::string& name)
 {
     const std::size_t loud = sound.GetRMS(1) > sound.GetRMS(0) ? 1 : 0;
-    if (const auto found = Find(name, R"((\d+) (k?)Hz (sine|triangle|square|saw)( in)?)"))
+    constexpr std::pair<const char*, double> Shapes[] = {
+        {"sine", 1.0 / std::numbers::sqrt2},
+        {"square", 1.0},
+        {"triangle", 1.0 / std::numbers::sqrt3},
+        {"saw", 1.0 / std::numbers::sqrt3}}; // RMS over peak
+    for (const auto& [shape, height] : Shapes)
     {
-        const double hz = std::stod(found->str(1)) * (found->length(2) > 0 ? 1000.0 : 1.0);
-        EXPECT_NEAR(Cents(sound.GetFrequency(loud), hz), 0.0, 0.01);
-        const std::string shape = found->str(3);
-        const double expected = shape == "square" ? 1.0
-                                : shape == "sine" ? 1.0 / std::numbers::sqrt2
-                                                  : 1.0 / std::numbers::sqrt3;
-        if (found->length(4) == 0) // it goes on and on
+        const auto hz = FindNumber(name, std::string(" Hz ") + shape);
+        const auto kHz = FindNumber(name, std::string(" kHz ") + shape);
+        if (!hz && !kHz)
+            continue;
+        EXPECT_NEAR(Cents(sound.GetFrequency(loud), hz ? *hz : 1000.0 * *kHz), 0.0, 0.01);
+        if (name.find(std::string(shape) + " in ") == std::string::npos) // it goes on and on
         {
-            EXPECT_NEAR(sound.GetRMS(loud) / sound.GetPeak(), expected, 0.03);
+            EXPECT_NEAR(sound.GetRMS(loud) / sound.GetPeak(), height, 0.03);
         }
     }
-    if (const auto found = Find(name, R"((?:at|to) (-\d+) dB)"))
+    if (const auto level = FindNumber(name, " dB"))
     {
-        EXPECT_NEAR(20.0 * std::log10(sound.GetPeak()), std::stod(found->str(1)), 0.02);
+        EXPECT_NEAR(20.0 * std::log10(sound.GetPeak()), *level, 0.02);
     }
-    if (const auto found = Find(name, R"((\d+) cents wide)"))
+    if (const auto cents = FindNumber(name, " cents wide"))
     {
-        EXPECT_NEAR(Cents(sound.GetFrequency(1), sound.GetFrequency(0)), std::stod(found->str(1)),
-                    0.5);
+        EXPECT_NEAR(Cents(sound.GetFrequency(1), sound.GetFrequency(0)), *cents, 0.5);
     }
 }
 
