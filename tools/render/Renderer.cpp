@@ -155,7 +155,8 @@ void Renderer::LoadAutomation()
 
 void Renderer::Morph()
 {
-    // The plugin may lie behind a host standard, which knows nothing of slots.
+    // The plugin may lie behind a host standard, which knows nothing of slots but has the same
+    // parameters in the same order.
     auto walker = MakeTwin();
     if (walker == nullptr)
         throw Failure(options.morph ? "--morph" : "--morph-path", "the plugin has no slots");
