@@ -34,4 +34,8 @@ constexpr int CurvePoints = 65'536;
 /// targets."
 constexpr int Targets = 4096;
 
+/// Of a bitmap or mask. "Bitmap is too large."
+constexpr int BitmapSide = 32'768;
+constexpr std::int64_t BitmapPixels = std::int64_t{64} << 20;
+
 } // namespace limits
