@@ -55,6 +55,25 @@ float Get(const float* table, double phase) noexcept
     return pair[0] * (1.0f - f) + pair[1] * f;
 }
 
+/// Each byte of two pixels = (that of @p a * (255 - weight) + that of @p b * weight) >> 8.
+std::uint32_t MixedPixel(std::uint32_t a, std::uint32_t b, std::uint32_t weight) noexcept
+{
+    std::uint32_t mixed = 0;
+    for (unsigned shift = 0; shift < 32; shift += 8)
+    {
+        const std::uint32_t from = (a >> shift) & 255U;
+        const std::uint32_t to = (b >> shift) & 255U;
+        mixed |= ((from * (255U - weight) + to * weight) >> 8U) << shift;
+    }
+    return mixed;
+}
+
+/// The colours of the mix with the alpha of @p d.
+std::uint32_t BlendedPixel(std::uint32_t d, std::uint32_t s, std::uint32_t alpha) noexcept
+{
+    return (MixedPixel(d, s, alpha) & 0x00FFFFFFU) | (d & 0xFF000000U);
+}
+
 double ValueAt(const double* c, int order, double x) noexcept
 {
     double value = c[order];
@@ -189,6 +208,44 @@ void SumDifference(float* m, float* s, int n) noexcept
         m[i] = mid + s[i];
         s[i] = mid - s[i];
     }
+}
+
+void BlendPixels(std::uint32_t* dst, std::uint32_t v, int alpha, int n) noexcept
+{
+    if (AnyNull(dst))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = BlendedPixel(dst[i], v, static_cast<std::uint32_t>(alpha) & 255U);
+}
+
+void BlitPixels(std::uint32_t* dst, const std::uint32_t* src, int tint, int n) noexcept
+{
+    if (AnyNull(dst, src))
+        return;
+    for (int i = 0; i < n; ++i)
+    {
+        const std::uint32_t alpha =
+            ((src[i] >> 24U) + 1U) * (static_cast<std::uint32_t>(tint) & 255U);
+        dst[i] = BlendedPixel(dst[i], src[i], alpha >> 8U);
+    }
+}
+
+void MixPixels(std::uint32_t* dst, const std::uint32_t* a, const std::uint32_t* b, int weight,
+               int n) noexcept
+{
+    if (AnyNull(dst, a, b))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = MixedPixel(a[i], b[i], static_cast<std::uint32_t>(weight) & 255U);
+}
+
+void MixNeighbours(std::uint32_t* dst, const std::uint32_t* src, const std::int32_t* places,
+                   const std::uint32_t* weights, int n) noexcept
+{
+    if (AnyNull(dst, src, places, weights))
+        return;
+    for (int i = 0; i < n; ++i)
+        dst[i] = MixedPixel(src[places[i]], src[places[i] + 1], weights[i]);
 }
 
 float PeakAbs(const float* src, int n) noexcept

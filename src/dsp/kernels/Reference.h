@@ -27,6 +27,13 @@ void ZeroNonFinite(float* dst, int n) noexcept;
 void MidSide(float* l, float* r, int n) noexcept;
 void SumDifference(float* m, float* s, int n) noexcept;
 
+void BlendPixels(std::uint32_t* dst, std::uint32_t v, int alpha, int n) noexcept;
+void BlitPixels(std::uint32_t* dst, const std::uint32_t* src, int tint, int n) noexcept;
+void MixPixels(std::uint32_t* dst, const std::uint32_t* a, const std::uint32_t* b, int weight,
+               int n) noexcept;
+void MixNeighbours(std::uint32_t* dst, const std::uint32_t* src, const std::int32_t* places,
+                   const std::uint32_t* weights, int n) noexcept;
+
 float PeakAbs(const float* src, int n) noexcept;
 double SumSquares(const float* src, int n) noexcept;
 
