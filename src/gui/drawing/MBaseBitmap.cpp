@@ -7,6 +7,8 @@
 
 void MBaseBitmap::CheckSize(int newWidth, int newHeight)
 {
+    if (newWidth < 1 || newHeight < 1)
+        return;
     if (newWidth > limits::BitmapSide || newHeight > limits::BitmapSide ||
         std::int64_t{newWidth} * newHeight > limits::BitmapPixels)
         throw MException("Bitmap is too large.", MException::BadData);
