@@ -104,16 +104,24 @@ void PaintWalk(const Painter& painter, MColor* d, const Walk& major, Walk minor)
 {
     // How far the line has gone away from the main pixel, in 256ths of it over 2 * major.length.
     int error = 0;
+    // The way back, rounded up: a division a step would take as long as the pixels. It is exact,
+    // as errors stay below 2^24 and lengths below 2^16.
+    constexpr int Bits = 42;
+    const std::uint64_t inverse =
+        major.length > 0
+            ? (std::uint64_t{1} << Bits) / (2 * static_cast<std::uint64_t>(major.length)) + 1
+            : 0;
     for (int step = 0; step < major.length; ++step)
     {
-        const int share = error / (2 * major.length);
-        painter.Cover(*d, 255 - std::abs(share));
+        const auto share =
+            static_cast<int>((static_cast<std::uint64_t>(std::abs(error)) * inverse) >> Bits);
+        painter.Cover(*d, 255 - share);
         if (share != 0)
         {
-            const int side = share < 0 ? -minor.sign : minor.sign;
+            const int side = error < 0 ? -minor.sign : minor.sign;
             const int beside = minor.at + side;
             if (beside >= minor.first && beside <= minor.last)
-                painter.Cover(d[side * minor.pitch], std::abs(share));
+                painter.Cover(d[side * minor.pitch], share);
         }
         error += 2 * 256 * minor.length;
         if (error > 256 * major.length)
