@@ -109,6 +109,19 @@ void BlendPixels(std::uint32_t* dst, std::uint32_t v, int alpha, int n)
         return;
 
     const auto a = static_cast<std::uint32_t>(alpha) & 255U;
+    if (a == 255U)
+    {
+        // Nothing of the old colours is left, and of the new ones all but a step.
+        const std::uint32_t colours =
+            (((v & EvenBytes) * a >> 8U) & EvenBytes) | (((v >> 8U) & 255U) * a & 0xFF00U);
+        return ForPixels(n,
+                         [=](auto lanes, int i) HWY_ATTR
+                         {
+                             const auto kept =
+                                 hn::And(hn::LoadU(lanes, dst + i), hn::Set(lanes, 0xFF000000U));
+                             hn::StoreU(hn::Or(kept, hn::Set(lanes, colours)), lanes, dst + i);
+                         });
+    }
     const std::uint32_t rest = 255U - a;
     const std::uint32_t evenAdded = (v & EvenBytes) * a;
     const std::uint32_t oddAdded = ((v >> 8U) & 255U) * a; // alpha keeps its 256 256ths

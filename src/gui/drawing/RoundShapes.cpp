@@ -141,11 +141,51 @@ struct HalfRow
     }
 };
 
+/// The rows above and below the centres that the clip shows, by their distance.
+struct CornerRows
+{
+    std::int64_t first;
+    std::int64_t last;
+
+    CornerRows(const RoundShape& shape, const MRectangle& clip) noexcept
+    {
+        const std::int64_t nearest = 1;
+        const std::int64_t firstAbove = std::max(shape.top - clip.bottom, nearest);
+        const std::int64_t lastAbove = std::min(shape.top - clip.top, shape.radius);
+        const std::int64_t firstBelow = std::max(clip.top - shape.bottom, nearest);
+        const std::int64_t lastBelow = std::min(clip.bottom - shape.bottom, shape.radius);
+        // If both are seen, then from the nearest on.
+        first = firstAbove <= lastAbove ? firstAbove : firstBelow;
+        last = std::max(lastAbove, lastBelow);
+    }
+};
+
 int DiscCoverage(std::int64_t radius, std::int64_t dx, std::int64_t dy) noexcept
 {
     const double distance = std::sqrt(static_cast<double>(dx * dx + dy * dy));
     return static_cast<int>(255.0 *
                             std::clamp(static_cast<double>(radius) - distance + 1.0, 0.0, 1.0));
+}
+
+/// The rows @p dy above and below the centres, which are alike.
+template <typename Painter>
+void FillCorners(const DrawingArea& area, const Painter& painter, const RoundShape& shape,
+                 std::int64_t dy) noexcept
+{
+    const HalfRow half(shape.radius, dy);
+    const std::int64_t above = shape.top - dy;
+    const std::int64_t below = shape.bottom + dy;
+    area.CoverRow(painter, shape.left - half.inside, shape.right + half.inside, above, 255);
+    area.CoverRow(painter, shape.left - half.inside, shape.right + half.inside, below, 255);
+    for (std::int64_t dx = half.inside + 1; dx <= half.edge; ++dx)
+    {
+        const int coverage = DiscCoverage(shape.radius, dx, dy);
+        for (const std::int64_t y : {above, below})
+        {
+            area.Cover(painter, shape.left - dx, y, coverage);
+            area.Cover(painter, shape.right + dx, y, coverage);
+        }
+    }
 }
 
 } // namespace
@@ -180,31 +220,17 @@ void FillShape(const DrawingArea& area, const RoundShape& shape, MColor colour, 
     const MRectangle& clip = area.GetClip();
     if (area.IsEmpty() || shape.IsOutside(clip))
         return;
-    const std::int64_t firstY = std::max<std::int64_t>(shape.top - shape.radius, clip.top);
-    const std::int64_t lastY = std::min<std::int64_t>(shape.bottom + shape.radius, clip.bottom);
+    const std::int64_t bandTop = std::max<std::int64_t>(shape.top, clip.top);
+    const std::int64_t bandBottom = std::min<std::int64_t>(shape.bottom, clip.bottom);
+    const CornerRows rows(shape, clip);
     WithPainter(op, colour,
                 [&](const auto& painter)
                 {
-                    for (std::int64_t y = firstY; y <= lastY; ++y)
-                    {
-                        const std::int64_t dy =
-                            std::max({shape.top - y, y - shape.bottom, std::int64_t{0}});
-                        if (dy == 0)
-                        {
-                            area.CoverRow(painter, shape.left - shape.radius,
-                                          shape.right + shape.radius, y, 255);
-                            continue;
-                        }
-                        const HalfRow half(shape.radius, dy);
-                        area.CoverRow(painter, shape.left - half.inside, shape.right + half.inside,
-                                      y, 255);
-                        for (std::int64_t dx = half.inside + 1; dx <= half.edge; ++dx)
-                        {
-                            const int coverage = DiscCoverage(shape.radius, dx, dy);
-                            area.Cover(painter, shape.left - dx, y, coverage);
-                            area.Cover(painter, shape.right + dx, y, coverage);
-                        }
-                    }
+                    for (std::int64_t y = bandTop; y <= bandBottom; ++y)
+                        area.CoverRow(painter, shape.left - shape.radius,
+                                      shape.right + shape.radius, y, 255);
+                    for (std::int64_t dy = rows.first; dy <= rows.last; ++dy)
+                        FillCorners(area, painter, shape, dy);
                 });
 }
 

@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "tests/gui/drawing/Canvas.h"
@@ -27,6 +28,28 @@ TEST(LineTo, SharesEachStepBetweenTwoPixels)
                 EXPECT_EQ(isSteep ? canvas.CoverageAt(minor, major)
                                   : canvas.CoverageAt(major, minor),
                           Expected[minor][major]);
+    }
+}
+
+TEST(LineTo, RoundsEachStepAsADivisionDoes)
+{
+    for (const MPoint to : {MPoint{999, 1}, MPoint{999, 500}, MPoint{1000, 333}, MPoint{997, 996},
+                            MPoint{640, 479}, MPoint{3, 1}, MPoint{1000, 1000}})
+    {
+        Canvas canvas(1001, 1002);
+        Line(canvas, {0, 0}, to);
+        for (int x = 0; x < to.x; ++x)
+        {
+            // The nearest pixel, of two that are equally near the upper one.
+            const int doubled = 2 * to.y * x;
+            const int y = (doubled + to.x - 1) / (2 * to.x);
+            const int share = 256 * (doubled - 2 * to.x * y) / (2 * to.x);
+            ASSERT_EQ(canvas.CoverageAt(x, y), 255 - std::abs(share)) << to.x << ", " << to.y;
+            if (share != 0 && (y > 0 || share > 0))
+            {
+                ASSERT_EQ(canvas.CoverageAt(x, y + (share < 0 ? -1 : 1)), std::abs(share));
+            }
+        }
     }
 }
 
