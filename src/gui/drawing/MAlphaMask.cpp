@@ -36,7 +36,7 @@ void MAlphaMask::Set(int x, int y, std::uint8_t coverage)
     {
         if (coverage == block.constant)
             return;
-        block.bytes = std::make_unique<std::array<std::uint8_t, BlockSide * BlockSide>>();
+        block.bytes = std::make_unique<std::array<std::uint8_t, BlockPixels>>();
         block.bytes->fill(block.constant);
     }
     (*block.bytes)[PlaceInBlock(x, y)] = coverage;

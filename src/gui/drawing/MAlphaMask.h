@@ -16,6 +16,7 @@ class MAlphaMask : public MBaseBitmap
 {
 public:
     static constexpr int BlockSide = 16; ///< pixels
+    static constexpr std::size_t BlockPixels = std::size_t{BlockSide} * BlockSide;
 
     /// Pixels of row y from firstX to lastX, of which none has coverage 0.
     struct Span
@@ -73,7 +74,7 @@ private:
     struct Block
     {
         std::uint8_t constant = 0;
-        std::unique_ptr<std::array<std::uint8_t, BlockSide * BlockSide>> bytes; ///< null: constant
+        std::unique_ptr<std::array<std::uint8_t, BlockPixels>> bytes; ///< null: constant
     };
 
     std::size_t BlockAt(int x, int y) const noexcept
@@ -83,7 +84,8 @@ private:
     }
     static std::size_t PlaceInBlock(int x, int y) noexcept
     {
-        return static_cast<std::size_t>(y % BlockSide * BlockSide + x % BlockSide);
+        return static_cast<std::size_t>(y % BlockSide) * BlockSide +
+               static_cast<std::size_t>(x % BlockSide);
     }
     void Compact(Block& block, int columns, int rows) noexcept;
     void ListSpans();

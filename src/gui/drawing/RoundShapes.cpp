@@ -137,7 +137,7 @@ struct HalfRow
             --inside;
         const auto r = static_cast<double>(radius);
         const double y = static_cast<double>(dy) - 0.5;
-        edge = static_cast<std::int64_t>(std::sqrt(r * r - y * y) + 0.5);
+        edge = static_cast<std::int64_t>(std::floor(std::sqrt(r * r - y * y) + 0.5));
     }
 };
 
