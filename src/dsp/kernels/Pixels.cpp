@@ -206,6 +206,31 @@ hn::VFromD<D> LoadPairs(D lanes, const std::uint32_t* src, const std::int32_t* p
     }
 }
 
+/// As many pixels as there are lanes, and their right neighbours.
+template <class D>
+struct NeighboursT
+{
+    NeighboursT(D lanes, const std::uint32_t* src, const std::int32_t* places)
+    {
+        constexpr std::size_t width = hn::MaxLanes(lanes);
+        if constexpr (width == 1)
+        {
+            left = hn::LoadU(lanes, src + places[0]);
+            right = hn::LoadU(lanes, src + places[0] + 1);
+        }
+        else
+        {
+            const auto low = LoadPairs(lanes, src, places);
+            const auto high = LoadPairs(lanes, src, places + width / 2);
+            left = hn::ConcatEven(lanes, high, low);
+            right = hn::ConcatOdd(lanes, high, low);
+        }
+    }
+
+    hn::VFromD<D> left;
+    hn::VFromD<D> right;
+};
+
 void MixNeighbours(std::uint32_t* dst, const std::uint32_t* src, const std::int32_t* places,
                    const std::uint32_t* weights, int n)
 {
@@ -216,26 +241,13 @@ void MixNeighbours(std::uint32_t* dst, const std::uint32_t* src, const std::int3
               [=](auto lanes, int i) HWY_ATTR
               {
                   using D = decltype(lanes);
-                  auto left = hn::Undefined(lanes);
-                  auto right = hn::Undefined(lanes);
-                  if constexpr (constexpr std::size_t width = hn::MaxLanes(lanes); width == 1)
-                  {
-                      left = hn::LoadU(lanes, src + places[i]);
-                      right = hn::LoadU(lanes, src + places[i] + 1);
-                  }
-                  else
-                  {
-                      const auto low = LoadPairs(lanes, src, places + i);
-                      const auto high = LoadPairs(lanes, src, places + i + width / 2);
-                      left = hn::ConcatEven(lanes, high, low);
-                      right = hn::ConcatOdd(lanes, high, low);
-                  }
+                  const typename BytesT<D>::Wide wide;
+                  const NeighboursT<D> pixels(lanes, src, places + i);
                   const auto weight = hn::LoadU(lanes, weights + i);
                   const auto both = hn::Or(weight, hn::ShiftLeft<16>(weight));
-                  const typename BytesT<D>::Wide wide;
-                  hn::StoreU(Mixed(lanes, BytesT<D>(lanes, left), BytesT<D>(lanes, right),
-                                   hn::BitCast(wide, both)),
-                             lanes, dst + i);
+                  const BytesT<D> left(lanes, pixels.left);
+                  const BytesT<D> right(lanes, pixels.right);
+                  hn::StoreU(Mixed(lanes, left, right, hn::BitCast(wide, both)), lanes, dst + i);
               });
 }
 
