@@ -2,8 +2,7 @@
 // software: pixman for areas, cairo's image surfaces for shapes. Their pixels carry their alpha in
 // the colours, which saves them one multiplication.
 
-#include <array>
-#include <cmath>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -129,7 +128,7 @@ private:
         const std::vector<MColor> noise = Noise(static_cast<std::size_t>(bitmap.GetWidth()) *
                                                     static_cast<std::size_t>(bitmap.GetHeight()),
                                                 false);
-        std::memcpy(bitmap.GetRow(0), noise.data(), noise.size() * sizeof(MColor));
+        std::ranges::copy(noise, bitmap.GetRow(0));
     }
 
     int width;
@@ -146,17 +145,15 @@ private:
 class Memory
 {
 public:
-    Memory(int targetWidth, int targetHeight) : target(targetWidth, targetHeight) {}
-
-    void OpaqueFill()
+    Memory(int width, int height)
+        : target(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
     {
-        std::memset(target.GetRow(0), 0x55,
-                    static_cast<std::size_t>(target.GetWidth()) *
-                        static_cast<std::size_t>(target.GetHeight()) * sizeof(MColor));
     }
 
+    void OpaqueFill() { std::memset(target.data(), 0x55, target.size() * sizeof(std::uint32_t)); }
+
 private:
-    MBitmap target;
+    std::vector<std::uint32_t> target;
 };
 
 class Pixman

@@ -1,7 +1,7 @@
 #include "gui/drawing/Lines.h"
 
-#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <utility>
 
@@ -81,18 +81,12 @@ bool ClipLine(Line<T>& line, const MRectangle& clip) noexcept
 struct Walk
 {
     int length;           ///< steps
-    int at;               ///< where it stands
     int sign;             ///< the direction
-    int first;            ///< of the clip
-    int last;             ///< likewise
     std::ptrdiff_t pitch; ///< pixels of memory for a step upward
 
-    Walk(int from, int to, int clipFirst, int clipLast, std::ptrdiff_t memoryPitch) noexcept
-        : length(std::abs(to - from)),
-          at(from),
+    Walk(std::int64_t from, std::int64_t to, std::ptrdiff_t memoryPitch) noexcept
+        : length(static_cast<int>(std::abs(to - from))),
           sign(to < from ? -1 : 1),
-          first(clipFirst),
-          last(clipLast),
           pitch(memoryPitch)
     {
     }
@@ -100,7 +94,7 @@ struct Walk
 
 /// Walks @p major from @p d on. All numbers stay small, as the line lies in a bitmap.
 template <typename Painter>
-void PaintWalk(const Painter& painter, MColor* d, const Walk& major, Walk minor) noexcept
+void PaintWalk(const Painter& painter, MColor* d, const Walk& major, const Walk& minor) noexcept
 {
     // How far the line has gone away from the main pixel, in 256ths of it over 2 * major.length.
     int error = 0;
@@ -111,26 +105,23 @@ void PaintWalk(const Painter& painter, MColor* d, const Walk& major, Walk minor)
         major.length > 0
             ? (std::uint64_t{1} << Bits) / (2 * static_cast<std::uint64_t>(major.length)) + 1
             : 0;
+    const std::ptrdiff_t ahead = major.sign * major.pitch;
+    const std::ptrdiff_t aside = minor.sign * minor.pitch;
     for (int step = 0; step < major.length; ++step)
     {
         const auto share =
             static_cast<int>((static_cast<std::uint64_t>(std::abs(error)) * inverse) >> Bits);
         painter.Cover(*d, 255 - share);
+        // The neighbour lies between the ends of the line, so inside the clip, too.
         if (share != 0)
-        {
-            const int side = error < 0 ? -minor.sign : minor.sign;
-            const int beside = minor.at + side;
-            if (beside >= minor.first && beside <= minor.last)
-                painter.Cover(d[side * minor.pitch], share);
-        }
+            painter.Cover(d[error < 0 ? -aside : aside], share);
         error += 2 * 256 * minor.length;
         if (error > 256 * major.length)
         {
             error -= 2 * 256 * major.length;
-            minor.at += minor.sign;
-            d += minor.sign * minor.pitch;
+            d += aside;
         }
-        d += major.sign * major.pitch;
+        d += ahead;
     }
     painter.Cover(*d, 255);
 }
@@ -159,14 +150,12 @@ void PaintSample(const DrawingArea& area, const Painter& painter, double x, doub
 void PaintLine(const DrawingArea& area, int x1, int y1, int x2, int y2, MColor colour, MColorOp op)
 {
     Line<std::int64_t> line{x1, y1, x2, y2};
-    const MRectangle& clip = area.GetClip();
-    if (area.IsEmpty() || !ClipLine(line, clip))
+    if (area.IsEmpty() || !ClipLine(line, area.GetClip()))
         return;
 
     MColor* d = area.At(line.x1, line.y1);
-    const Walk x(static_cast<int>(line.x1), static_cast<int>(line.x2), clip.left, clip.right, 1);
-    const Walk y(static_cast<int>(line.y1), static_cast<int>(line.y2), clip.top, clip.bottom,
-                 area.GetStride());
+    const Walk x(line.x1, line.x2, 1);
+    const Walk y(line.y1, line.y2, area.GetStride());
     WithPainter(op, colour,
                 [&](const auto& painter)
                 {

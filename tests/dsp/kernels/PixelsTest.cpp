@@ -98,24 +98,4 @@ TEST_P(PixelsTest, GivesTheBitsOfTheReferenceAndNoneBeyond)
                 }
 }
 
-TEST_P(PixelsTest, BlendsEveryByteOfAColourByEveryAlpha)
-{
-    for (int alpha = 0; alpha < 256; ++alpha)
-        for (std::uint32_t to = 0; to < 256; to += 5)
-        {
-            Pixels row(256);
-            for (std::uint32_t d = 0; d < 256; ++d)
-                row[d] = (77U << 24U) | (d << 16U) | ((255U - d) << 8U) | d;
-            BlendPixels(row.data(), to * 0x01010101U, alpha, 256);
-            for (std::uint32_t d = 0; d < 256; ++d)
-            {
-                const auto share = static_cast<std::uint32_t>(alpha);
-                const auto blend = [&](std::uint32_t from)
-                { return (to * share + from * (255U - share)) / 256U; };
-                ASSERT_EQ(row[d],
-                          (77U << 24U) | (blend(d) << 16U) | (blend(255U - d) << 8U) | blend(d));
-            }
-        }
-}
-
 } // namespace

@@ -73,8 +73,8 @@ const Primitive Primitives[] = {
     {"LineToF", false,
      [](MDrawer& to, const Sources&, const Arguments& a)
      {
-         to.MoveToF(a.x1 + 0.3, a.y1 - 0.2);
-         to.LineToF(a.x2 * 1.1, a.y2 + 0.7, a.colour, a.op);
+         to.MoveToF(a.x1 + 0.25, a.y1 - 0.125);
+         to.LineToF(a.x2 * 1.125, a.y2 + 0.75, a.colour, a.op);
      }},
     {"Rectangle", true,
      [](MDrawer& to, const Sources&, const Arguments& a)
@@ -100,7 +100,7 @@ const Primitive Primitives[] = {
     {"PolyLine", false,
      [](MDrawer& to, const Sources&, const Arguments& a)
      {
-         const std::vector<MPoint> points{{a.x1, a.y1}, {a.x2, 5}, {a.x2, a.y2}};
+         const std::vector<MPoint> points{{a.x1, a.y1}, {a.x2, 15}, {a.x2, a.y2}};
          to.PolyLine(points, a.colour, a.op);
      }},
     {"FillPolygon", true,
@@ -184,8 +184,6 @@ TEST(Clipping, FrameOfADrawerMovesAllThatIsDrawn)
     Chance chance;
     for (const Primitive& primitive : Primitives)
     {
-        if (!primitive.isIndependent)
-            continue;
         // The bitmap is as if its first pixels lay at (6, 9).
         MBitmap moved(Width, Height);
         MBitmap plain(Width, Height);

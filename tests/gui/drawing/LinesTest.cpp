@@ -14,23 +14,6 @@ void Line(Canvas& canvas, MPoint from, MPoint to)
     canvas.drawer.LineTo(to.x, to.y, White, MColorOp::Add);
 }
 
-TEST(LineTo, SharesEachStepBetweenTwoPixels)
-{
-    // Falls one pixel in two steps, so that every other step lies in the middle of two.
-    constexpr int Expected[3][5] = {
-        {255, 127, 0, 0, 0}, {0, 128, 255, 127, 0}, {0, 0, 0, 128, 255}};
-    for (const bool isSteep : {false, true})
-    {
-        Canvas canvas(5, 5);
-        Line(canvas, {0, 0}, isSteep ? MPoint{2, 4} : MPoint{4, 2});
-        for (int minor = 0; minor < 3; ++minor)
-            for (int major = 0; major < 5; ++major)
-                EXPECT_EQ(isSteep ? canvas.CoverageAt(minor, major)
-                                  : canvas.CoverageAt(major, minor),
-                          Expected[minor][major]);
-    }
-}
-
 TEST(LineTo, RoundsEachStepAsADivisionDoes)
 {
     for (const MPoint to : {MPoint{999, 1}, MPoint{999, 500}, MPoint{1000, 333}, MPoint{997, 996},

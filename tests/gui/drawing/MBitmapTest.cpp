@@ -77,26 +77,4 @@ TEST(MBitmap, GivesItsAlphaAsAMask)
     }
 }
 
-TEST(MBitmap, OwnsTheObjectsAttachedToIt)
-{
-    struct Counted : MAttachedObject
-    {
-        explicit Counted(int& livingCount) : count(livingCount) { ++count; }
-        Counted(const Counted&) = delete;
-        Counted& operator=(const Counted&) = delete;
-        ~Counted() override { --count; }
-        int& count;
-    };
-    int living = 0;
-    {
-        MBitmap bitmap(1, 1);
-        bitmap.GetAttachment(0) = std::make_unique<Counted>(living);
-        bitmap.GetAttachment(7) = std::make_unique<Counted>(living);
-        EXPECT_EQ(living, 2);
-        bitmap.GetAttachment(7) = std::intptr_t{5};
-        EXPECT_EQ(living, 1);
-    }
-    EXPECT_EQ(living, 0);
-}
-
 } // namespace

@@ -47,6 +47,9 @@ TEST(FillPolygon, FillsTheSpansOfItsRule)
         Canvas canvas(8, 5);
         canvas.drawer.FillPolygon(row.points, White, MColorOp::Add);
         EXPECT_EQ(canvas.Picture(), row.picture) << row.what;
+        Canvas count(8, 5);
+        count.drawer.FillPolygon(row.points, One, MColorOp::AddAndOverflow);
+        EXPECT_LE(count.MostOften(), 1) << row.what << ", painted twice";
     }
 }
 
