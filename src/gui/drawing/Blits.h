@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "gui/drawing/DrawingArea.h"
 #include "gui/drawing/MColorOp.h"
 
