@@ -36,6 +36,7 @@ std::vector<Place> Places(int count, int width, int height)
 {
     std::mt19937 random(7);
     std::vector<Place> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         places.push_back({static_cast<double>(random() % static_cast<unsigned>(width)),
                           static_cast<double>(random() % static_cast<unsigned>(height))});
@@ -297,10 +298,20 @@ void Register(const std::string& what, const std::string& who)
 
 void RegisterGoals(const std::string& what, const std::string& peer, double limit)
 {
-    for (const char* const size : {"/450/100", "/1920/1080"})
-        RegisterGoal({what + " beside " + peer + ", " + std::string(size).substr(1),
-                      "Drawing/" + what + "/ours" + size, "Drawing/" + what + "/" + peer + size,
-                      limit});
+    const std::string name = "Drawing/" + what + "/";
+    for (const std::string size : {"450/100", "1920/1080"})
+    {
+        std::string goal = what + " beside ";
+        goal += peer;
+        goal += ", ";
+        goal += size;
+        std::string ours = name + "ours/";
+        ours += size;
+        std::string theirs = name + peer;
+        theirs += "/";
+        theirs += size;
+        RegisterGoal({goal, ours, theirs, limit});
+    }
 }
 
 [[maybe_unused]] const bool isRegistered = []

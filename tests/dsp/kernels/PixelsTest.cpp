@@ -82,7 +82,7 @@ TEST_P(PixelsTest, GivesTheBitsOfTheReferenceAndNoneBeyond)
 {
     for (const PixelCase& row : Cases)
         for (const int n : KernelLengths())
-            for (const std::size_t offset : {0, 1, 2, 3})
+            for (const std::size_t offset : {0U, 1U, 2U, 3U})
                 for (const int level : {0, 1, 100, 254, 255})
                 {
                     const std::size_t length = static_cast<std::size_t>(std::max(n, 0));

@@ -29,7 +29,8 @@ void ExpectPixels(const MRectangle& clip, MColorOp op, Draw draw, Expect expect,
     for (int y = 0; y < Height; ++y)
         for (int x = 0; x < Width; ++x)
         {
-            MColor expected = old[std::size_t(y * Width + x)];
+            MColor expected =
+                old[static_cast<std::size_t>(y) * Width + static_cast<std::size_t>(x)];
             MColor source;
             if (clip.Contains(x, y) && expect(x, y, source))
                 WithPainter(op, Tint, [&](const auto& painter) { painter.Blit(expected, source); });
@@ -169,7 +170,7 @@ TEST(StretchBlt, MixesTheFourPixelsAround)
                 {
                     MBitmap source(row.sourceWidth, row.sourceHeight, isPaletted);
                     FillWithNoise(source, 6);
-                    const auto& [left, top, right, bottom] = row.target;
+                    const MRectangle& target = row.target;
                     // Of one axis: where x lies in the source.
                     const auto place = [](int x, int from, int to, int clipFrom, int sFrom, int sTo)
                     {
@@ -185,9 +186,9 @@ TEST(StretchBlt, MixesTheFourPixelsAround)
                         clip, op,
                         [&](MDrawer& drawer)
                         {
-                            drawer.StretchBlt(left, top, right, bottom, &source, row.part.left,
-                                              row.part.top, row.part.right, row.part.bottom, Tint,
-                                              op);
+                            drawer.StretchBlt(target.left, target.top, target.right, target.bottom,
+                                              &source, row.part.left, row.part.top, row.part.right,
+                                              row.part.bottom, Tint, op);
                         },
                         [&](int x, int y, MColor& pixel)
                         {

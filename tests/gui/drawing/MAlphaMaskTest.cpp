@@ -26,7 +26,8 @@ struct MaskAndBytes
             for (int column = x; column <= right; ++column)
             {
                 mask.Set(column, y, level);
-                bytes[std::size_t(y * Width + column)] = level;
+                bytes[static_cast<std::size_t>(y) * Width + static_cast<std::size_t>(column)] =
+                    level;
             }
         }
     }
@@ -66,7 +67,7 @@ TEST(MAlphaMask, ListsAllThatIsCoveredOnceAndInOrder)
         for (int x = span.firstX; x <= span.lastX; ++x)
             covered += both.mask.Get(x, span.y) != 0;
     }
-    EXPECT_EQ(covered, Width * Height - std::ranges::count(both.bytes, 0));
+    EXPECT_EQ(covered, std::ranges::count_if(both.bytes, [](int byte) { return byte != 0; }));
     const auto some = both.mask.GetSpans(5, 9);
     EXPECT_TRUE(
         std::ranges::all_of(some, [](const auto& span) { return span.y >= 5 && span.y <= 9; }));

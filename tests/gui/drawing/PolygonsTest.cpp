@@ -56,6 +56,7 @@ TEST(FillPolygon, FillsTheSpansOfItsRule)
 TEST(FillPolygon, FillsThePentagonInAStar)
 {
     std::vector<MPoint> star;
+    star.reserve(5);
     for (int i = 0; i < 5; ++i)
         star.push_back({50 + static_cast<int>(45.0 * std::sin(i * 0.8 * std::numbers::pi)),
                         50 - static_cast<int>(45.0 * std::cos(i * 0.8 * std::numbers::pi))});
