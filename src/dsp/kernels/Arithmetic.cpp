@@ -74,6 +74,18 @@ void FillDouble(double* dst, double v, int n)
 
 void FillPixels(std::uint32_t* dst, std::uint32_t v, int n)
 {
+    // All but the first vector of a long row then begin at lines of the cache, across which stores
+    // are slow.
+    const hn::ScalableTag<std::uint32_t> pixels;
+    const int width = static_cast<int>(hn::Lanes(pixels));
+    if (dst != nullptr && n >= 8 * width)
+    {
+        hn::StoreU(hn::Set(pixels, v), pixels, dst);
+        const std::uintptr_t place = reinterpret_cast<std::uintptr_t>(dst) / sizeof(v);
+        const int done = width - static_cast<int>(place % static_cast<std::uintptr_t>(width));
+        dst += done;
+        n -= done;
+    }
     Map(dst, n, [v](auto lanes) HWY_ATTR { return hn::Set(lanes, v); });
 }
 
