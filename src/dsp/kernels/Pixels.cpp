@@ -50,8 +50,9 @@ constexpr std::uint32_t EvenBytes = 0x00FF00FF; ///< blue and red
 constexpr std::uint32_t AlphaWeight = 256U << 16U;
 
 /// step(lanes, i) for all pixels from 0 to n - 1: the widest vectors, short ones, single pixels.
+/// Those of long rows begin at lines of the cache in @p dst, across which stores are slow.
 template <class Step>
-void ForPixels(int n, Step step)
+void ForPixels(const std::uint32_t* dst, int n, Step step)
 {
     const hn::ScalableTag<std::uint32_t> lanes;
     const hn::CappedTag<std::uint32_t, 4> few;
@@ -59,6 +60,15 @@ void ForPixels(int n, Step step)
     const int width = static_cast<int>(hn::Lanes(lanes));
     const int fewWidth = static_cast<int>(hn::Lanes(few));
     int i = 0;
+    if (n >= 8 * width)
+    {
+        const std::uintptr_t place = reinterpret_cast<std::uintptr_t>(dst) / sizeof(*dst);
+        const int ahead = static_cast<int>((0U - place) % static_cast<std::uintptr_t>(width));
+        for (; ahead - i >= fewWidth; i += fewWidth)
+            step(few, i);
+        for (; i < ahead; ++i)
+            step(one, i);
+    }
     for (; n - i >= width; i += width)
         step(lanes, i);
     for (; n - i >= fewWidth; i += fewWidth)
@@ -114,7 +124,7 @@ void BlendPixels(std::uint32_t* dst, std::uint32_t v, int alpha, int n)
         // Nothing of the old colours is left, and of the new ones all but a step.
         const std::uint32_t colours =
             (((v & EvenBytes) * a >> 8U) & EvenBytes) | (((v >> 8U) & 255U) * a & 0xFF00U);
-        return ForPixels(n,
+        return ForPixels(dst, n,
                          [=](auto lanes, int i) HWY_ATTR
                          {
                              const auto kept =
@@ -125,7 +135,7 @@ void BlendPixels(std::uint32_t* dst, std::uint32_t v, int alpha, int n)
     const std::uint32_t rest = 255U - a;
     const std::uint32_t evenAdded = (v & EvenBytes) * a;
     const std::uint32_t oddAdded = ((v >> 8U) & 255U) * a; // alpha keeps its 256 256ths
-    ForPixels(n,
+    ForPixels(dst, n,
               [=](auto lanes, int i) HWY_ATTR
               {
                   using D = decltype(lanes);
@@ -147,7 +157,7 @@ void BlitPixels(std::uint32_t* dst, const std::uint32_t* src, int tint, int n)
         return;
 
     const auto scale = static_cast<std::uint16_t>(tint & 255);
-    ForPixels(n,
+    ForPixels(dst, n,
               [=](auto lanes, int i) HWY_ATTR
               {
                   using D = decltype(lanes);
@@ -179,7 +189,7 @@ void MixPixels(std::uint32_t* dst, const std::uint32_t* a, const std::uint32_t* 
         return;
 
     const auto share = static_cast<std::uint16_t>(weight & 255);
-    ForPixels(n,
+    ForPixels(dst, n,
               [=](auto lanes, int i) HWY_ATTR
               {
                   using D = decltype(lanes);
@@ -237,7 +247,7 @@ void MixNeighbours(std::uint32_t* dst, const std::uint32_t* src, const std::int3
     if (dst == nullptr || src == nullptr || places == nullptr || weights == nullptr)
         return;
 
-    ForPixels(n,
+    ForPixels(dst, n,
               [=](auto lanes, int i) HWY_ATTR
               {
                   using D = decltype(lanes);
