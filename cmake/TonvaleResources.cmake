@@ -1,5 +1,7 @@
-# The object library tonvale_resources: resources/ as the pack inside whatever links it. Modules and
+# The object library tonvale_resources: resources/ and the fonts as the pack inside whatever links it. Modules and
 # programs have to link it themselves, as an object does not travel through a static library.
+
+include(PackedFonts)
 
 set(pack_runner)
 if(CMAKE_CROSSCOMPILING)
@@ -14,8 +16,9 @@ endif()
 set(pack_file ${PROJECT_BINARY_DIR}/resources.pack)
 file(GLOB_RECURSE pack_contents CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*)
 add_custom_command(OUTPUT ${pack_file}
-    COMMAND ${pack_runner} $<TARGET_FILE:tonvale-pack> ${PROJECT_SOURCE_DIR}/resources ${pack_file}
-    DEPENDS tonvale-pack ${pack_contents}
+    COMMAND ${pack_runner} $<TARGET_FILE:tonvale-pack>
+        ${PROJECT_SOURCE_DIR}/resources ${TONVALE_FONTS} ${pack_file}
+    DEPENDS tonvale-pack ${pack_contents} ${TONVALE_FONT_FILES}
     COMMENT "Packing resources"
     VERBATIM)
 

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <exception>
+#include <span>
 
 #include "foundation/streams/MStdFileStream.h"
 #include "foundation/strings/FileNames.h"
@@ -19,10 +20,11 @@ int Complain(const char* text) noexcept
     return ExitFailure;
 }
 
-void Run(const MString& folder, const MString& fileName)
+void Run(std::span<char*> folders, const MString& fileName)
 {
     MResourcePack pack;
-    PackFolder(pack, folder);
+    for (const char* folder : folders)
+        PackFolder(pack, FileNameFromBytes(folder));
     MStdFileStream file(fileName, MStdFileStream::Opening::Create);
     pack.Save(file);
     file.Close();
@@ -32,11 +34,12 @@ void Run(const MString& folder, const MString& fileName)
 
 int main(int argumentCount, char** arguments)
 {
-    if (argumentCount != 3)
-        return Complain("usage: tonvale-pack FOLDER FILE");
+    if (argumentCount < 3)
+        return Complain("usage: tonvale-pack FOLDER... FILE");
     try
     {
-        Run(FileNameFromBytes(arguments[1]), FileNameFromBytes(arguments[2]));
+        const std::span all(arguments, static_cast<std::size_t>(argumentCount));
+        Run(all.subspan(1, all.size() - 2), FileNameFromBytes(all.back()));
         return ExitSuccess;
     }
     catch (const MException& failure)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 #include "foundation/modules/SystemPaths.h"
 #include "foundation/strings/MString.h"
@@ -18,6 +19,9 @@ std::filesystem::path GetFolderVariable(const char* name);
 
 /// @throws std::system_error with the system's reason
 std::filesystem::path FindFolder(systempaths::Kind kind);
+
+/// As systempaths::GetFontFolders tells.
+std::vector<std::filesystem::path> GetFontFolders();
 
 /// "de", "de_AT" or "de_AT.UTF-8@euro"; empty if the user has set none.
 MString GetUserLanguage();

@@ -170,6 +170,20 @@ path modulesystem::FindFolder(systempaths::Kind kind)
     FailNotFound();
 }
 
+std::vector<path> modulesystem::GetFontFolders()
+{
+    std::vector<path> folders;
+    const path home = GetFolderVariable("HOME");
+    const path userData = GetFolderVariable("XDG_DATA_HOME");
+    if (!userData.empty() || !home.empty())
+        folders.push_back((userData.empty() ? home / ".local/share" : userData) / "fonts");
+    for (const path& folder : GetDataFolders())
+        folders.push_back(folder / "fonts");
+    if (!home.empty())
+        folders.push_back(home / ".fonts");
+    return folders;
+}
+
 MString modulesystem::GetUserLanguage()
 {
     // The first one that is set decides, also if it says "C".

@@ -85,6 +85,21 @@ path modulesystem::FindFolder(systempaths::Kind kind)
     return found;
 }
 
+std::vector<path> modulesystem::GetFontFolders()
+{
+    std::vector<path> folders;
+    for (const auto& [folder, below] :
+         {std::pair(FOLDERID_LocalAppData, L"Microsoft/Windows/Fonts"),
+          std::pair(FOLDERID_Fonts, L"")})
+    {
+        wchar_t* found = nullptr;
+        if (SUCCEEDED(SHGetKnownFolderPath(folder, 0, nullptr, &found)))
+            folders.push_back(path(found) / below);
+        CoTaskMemFree(found);
+    }
+    return folders;
+}
+
 MString modulesystem::GetUserLanguage()
 {
     const LANGID language = GetUserDefaultUILanguage();

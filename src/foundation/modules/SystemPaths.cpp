@@ -29,6 +29,16 @@ MString systempaths::Get(Kind kind)
     }
 }
 
+std::vector<MString> systempaths::GetFontFolders()
+{
+    std::vector<MString> folders;
+    const std::vector<std::filesystem::path> paths = modulesystem::GetFontFolders();
+    folders.reserve(paths.size());
+    for (const std::filesystem::path& folder : paths)
+        folders.push_back(filesystem::FromPath(folder));
+    return folders;
+}
+
 MString systempaths::GetFamilyFolder()
 {
     MString folder = files::PathJoin(Get(Kind::UserData), "Quillfern");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "foundation/strings/MString.h"
 
 /// Where the system and the user keep what programs share.
@@ -32,6 +34,10 @@ enum class Kind
 /// The path as the system tells it; nothing is created. @throws MException (0) "Could not retrieve
 /// system path." and the system's reason, as without a home folder
 MString Get(Kind kind);
+
+/// All folders in which the user and the system keep fonts, the user's first. Some of them may not
+/// exist.
+std::vector<MString> GetFontFolders();
 
 /// What all programs of this maker share, "Quillfern" in UserData. Created unless it is there.
 /// @throws MException (0) as Get and files::CreatePath do

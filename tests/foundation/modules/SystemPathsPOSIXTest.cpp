@@ -83,6 +83,23 @@ TEST_F(SystemPaths, FollowTheEnvironment)
     }
 }
 
+TEST_F(SystemPaths, NameTheFoldersOfFontsTheUsersFirst)
+{
+    const auto list = []
+    {
+        std::string names;
+        for (const MString& folder : systempaths::GetFontFolders())
+            names += folder.ToUTF8() + " ";
+        return names;
+    };
+    EXPECT_EQ(list(), InHome(home, "~/.local/share/fonts /usr/local/share/fonts /usr/share/fonts "
+                                   "~/.fonts "));
+    const EnvironmentVariable user("XDG_DATA_HOME", "/u");
+    const EnvironmentVariable system("XDG_DATA_DIRS", "/a:b:/c/");
+    const EnvironmentVariable none("HOME", nullptr);
+    EXPECT_EQ(list(), "/u/fonts /a/fonts /c/fonts ");
+}
+
 TEST_F(SystemPaths, TellWhyThereIsNone)
 {
     const EnvironmentVariable none("HOME", nullptr);
