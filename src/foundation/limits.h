@@ -38,4 +38,9 @@ constexpr int Targets = 4096;
 constexpr int BitmapSide = 32'768;
 constexpr std::int64_t BitmapPixels = std::int64_t{64} << 20;
 
+/// Fonts beyond these are passed over.
+constexpr std::int64_t FontFileBytes = std::int64_t{256} << 20;
+constexpr int FontFiles = 16'384; ///< of all folders
+constexpr int FontFaces = 64;     ///< of one file
+
 } // namespace limits
