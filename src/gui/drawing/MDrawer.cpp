@@ -144,6 +144,14 @@ void MDrawer::AlignedBlt(int x1, int y1, int x2, int y2, const MBitmap* source, 
             { to.AlignedBlt(rectangle..., source, sx1, sy1, sx2, sy2, flags, colour, op); });
 }
 
+void MDrawer::AlignedTextOut(const MFont& font, int x1, int y1, int x2, int y2, const MString& text,
+                             int flags, MColor colour, MColorOp op) noexcept
+{
+    Forward(x1, y1, x2, y2,
+            [&](MDrawer& to, auto... rectangle)
+            { to.AlignedTextOut(font, rectangle..., text, flags, colour, op); });
+}
+
 void MDrawer::MoveTo(int x, int y) noexcept
 {
     if (target != nullptr)

@@ -9,6 +9,8 @@
 
 class MAlphaMask;
 class MBitmap;
+class MFont;
+class MString;
 
 struct MPoint
 {
@@ -28,6 +30,17 @@ constexpr int Top = 8;
 constexpr int Bottom = 16;
 constexpr int FullHeight = 32; ///< goes before Top and Bottom
 } // namespace alignedblt
+
+/// How MDrawer::AlignedTextOut places a text, at the left and the top unless told; flags to be
+/// added.
+namespace alignedtext
+{
+constexpr int Right = 1;
+constexpr int Center = 2; ///< from left to right
+constexpr int Bottom = 4;
+constexpr int VCenter = 8;
+constexpr int SingleLine = 16; ///< does not break lines, nor does a line feed
+} // namespace alignedtext
 
 /// What everything that can be seen is painted with. One of this class draws on another with an
 /// offset, which is how a control gets coordinates of its own.
@@ -84,6 +97,12 @@ public:
     /// @p flags of alignedblt, without which it stands in the middle.
     virtual void AlignedBlt(int x1, int y1, int x2, int y2, const MBitmap* source, int sx1, int sy1,
                             int sx2, int sy2, int flags, MColor colour, MColorOp op) noexcept;
+
+    /// Text in lines that fit the width, @p flags of alignedtext; it may stick out of the rectangle
+    /// where it does not fit. AlignedText.h tells more.
+    virtual void AlignedTextOut(const MFont& font, int x1, int y1, int x2, int y2,
+                                const MString& text, int flags, MColor colour,
+                                MColorOp op) noexcept;
 
     virtual void MoveTo(int x, int y) noexcept;
     /// Antialiased, from the pen to the point, where the pen then stands; nothing if it is there.

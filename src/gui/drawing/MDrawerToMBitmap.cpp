@@ -14,6 +14,7 @@
 #include "gui/drawing/Rectangles.h"
 #include "gui/drawing/RoundShapes.h"
 #include "gui/drawing/Stretching.h"
+#include "gui/text/AlignedText.h"
 
 namespace
 {
@@ -213,6 +214,22 @@ void MDrawerToMBitmap::AlignedBlt(int x1, int y1, int x2, int y2, const MBitmap*
         BitBlt(x, y, right, bottom, source, sx1, sy1, colour, op);
     else
         StretchBlt(x, y, right, bottom, source, sx1, sy1, sx2, sy2, colour, op);
+}
+
+void MDrawerToMBitmap::AlignedTextOut(const MFont& font, int x1, int y1, int x2, int y2,
+                                      const MString& text, int flags, MColor colour,
+                                      MColorOp op) noexcept
+{
+    Guard("MDrawerToMBitmap::AlignedTextOut",
+          [&]
+          {
+              const AlignedText aligned = {.font = font,
+                                           .text = text,
+                                           .rectangle = {x1, y1, x2, y2},
+                                           .flags = flags,
+                                           .op = op};
+              aligned.Draw(*this, colour, textShadow);
+          });
 }
 
 void MDrawerToMBitmap::MoveTo(int x, int y) noexcept

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "gui/drawing/MDrawer.h"
 
 /// Draws into the pixels of a true-colour bitmap; on a paletted one it changes nothing. Clip and
@@ -37,6 +39,9 @@ public:
     void AlignedBlt(int x1, int y1, int x2, int y2, const MBitmap* source, int sx1, int sy1,
                     int sx2, int sy2, int flags, MColor colour, MColorOp op) noexcept override;
 
+    void AlignedTextOut(const MFont& font, int x1, int y1, int x2, int y2, const MString& text,
+                        int flags, MColor colour, MColorOp op) noexcept override;
+
     void MoveTo(int x, int y) noexcept override;
     void LineTo(int x, int y, MColor colour, MColorOp op) noexcept override;
     void MoveToF(double x, double y) noexcept override;
@@ -62,6 +67,10 @@ public:
 
     MBitmap& GetTarget() noexcept { return bitmap; }
 
+    /// Of the shadow below texts, 0 for none to 255 for one as opaque as the text.
+    void SetTextShadow(std::uint8_t strength) noexcept { textShadow = strength; }
+
 private:
     MBitmap& bitmap;
+    std::uint8_t textShadow = 0;
 };
