@@ -1,0 +1,183 @@
+#include "gui/text/AlignedText.h"
+
+#include <climits>
+
+#include <gtest/gtest.h>
+
+#include "gui/drawing/MBitmap.h"
+#include "gui/drawing/MDrawerToMBitmap.h"
+#include "gui/text/MFont.h"
+
+namespace
+{
+
+using namespace alignedtext;
+
+constexpr MColor Paper(20, 30, 40);
+constexpr MColor InkColour(250, 200, 150, 200);
+constexpr int Width = 300;
+constexpr int Height = 120;
+
+class AlignedTextOut : public testing::Test
+{
+protected:
+    AlignedTextOut() { Clear(bitmap); }
+
+    static void Clear(MBitmap& cleared)
+    {
+        cleared.Create(Width, Height);
+        MDrawerToMBitmap(cleared).FillRectangle(0, 0, Width, Height, Paper, MColorOp::Copy);
+    }
+    static bool AreSame(const MBitmap& a, const MBitmap& b)
+    {
+        return std::equal(a.GetRow(0), a.GetRow(0) + Width * Height, b.GetRow(0));
+    }
+    /// What is no paper.
+    static MRectangle Ink(const MBitmap& bitmap)
+    {
+        MRectangle ink = {INT_MAX, INT_MAX, INT_MIN, INT_MIN};
+        for (int y = 0; y < Height; ++y)
+            for (int x = 0; x < Width; ++x)
+                if (bitmap.GetColor(x, y) != Paper)
+                    ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x),
+                           std::max(ink.bottom, y)};
+        return ink;
+    }
+
+    MFont font{{.face = "DejaVu Sans Mono", .height = 20, .space = 1}};
+    MBitmap bitmap;
+    MDrawerToMBitmap drawer{bitmap};
+};
+
+TEST_F(AlignedTextOut, PlacesOneGlyphByItsMetrics)
+{
+    const Glyph& glyph = *font.GetInstance().GetGlyph('H');
+    const int spareX = 100 - font.GetAdvance('H');
+    const int spareY = 61 - font.GetHeight();
+    struct
+    {
+        int flags;
+        int x;
+        int y;
+    } const cases[] = {
+        {0, 0, 0},
+        {Right | Bottom, spareX, spareY},
+        {Center | VCenter, spareX / 2, spareY / 2},
+        {SingleLine | Center, spareX / 2, 0},
+    };
+    for (const auto& row : cases)
+    {
+        Clear(bitmap);
+        drawer.AlignedTextOut(font, 50, 20, 149, 80, "H", row.flags, InkColour,
+                              MColorOp::Alphablend);
+        MBitmap expected;
+        Clear(expected);
+        const int left = 50 + row.x + glyph.left;
+        const int top = 20 + row.y + font.GetAscent() - glyph.top;
+        MDrawerToMBitmap(expected).MaskBlt(left, top, left + glyph.mask.GetWidth() - 1,
+                                           top + glyph.mask.GetHeight() - 1, &glyph.mask, 0, 0,
+                                           InkColour, MColorOp::Alphablend);
+        EXPECT_TRUE(AreSame(bitmap, expected)) << row.flags;
+        EXPECT_FALSE(Ink(bitmap).IsEmpty());
+    }
+}
+
+TEST_F(AlignedTextOut, IsTheSameAsItsPartsOneByOne)
+{
+    const char* const words[] = {"first", "second", "third"};
+    const int width = font.MeasureRun("second", 0, 6);
+    for (const int flags : {0, Center | VCenter, Right | Bottom})
+    {
+        Clear(bitmap);
+        drawer.AlignedTextOut(font, 10, 10, 10 + width - 1, 110, "first second\nthird", flags,
+                              InkColour, MColorOp::Add);
+        MBitmap expected;
+        Clear(expected);
+        MDrawerToMBitmap other(expected);
+        const int spare = 101 - 3 * font.GetHeight();
+        int y = 10 + ((flags & Bottom) != 0 ? spare : (flags & VCenter) != 0 ? spare / 2 : 0);
+        for (const char* word : words)
+        {
+            const int length = static_cast<int>(std::string(word).size());
+            const int rest = width - font.MeasureRun(word, 0, length);
+            int x = 10 + ((flags & Right) != 0 ? rest : (flags & Center) != 0 ? rest / 2 : 0);
+            for (int i = 0; i < length; ++i)
+            {
+                other.AlignedTextOut(font, x, y, x, y, MString::FromNarrow({word + i, 1}), 0,
+                                     InkColour, MColorOp::Add);
+                x += font.GetAdvance(static_cast<char32_t>(word[i])) + font.GetSpace();
+            }
+            y += font.GetHeight();
+        }
+        EXPECT_TRUE(AreSame(bitmap, expected)) << flags;
+    }
+}
+
+TEST_F(AlignedTextOut, PutsAShadowBelowLargerFonts)
+{
+    for (const int height : {10, 11})
+    {
+        const MFont sized({.height = height});
+        Clear(bitmap);
+        drawer.SetTextShadow(128);
+        drawer.AlignedTextOut(sized, 10, 10, 200, 50, "Shadow", Right, InkColour,
+                              MColorOp::Alphablend);
+        MBitmap expected;
+        Clear(expected);
+        MDrawerToMBitmap other(expected);
+        if (height > 10) // alpha: 201 * 128 / 256
+            other.AlignedTextOut(sized, 11, 11, 201, 51, "Shadow", Right, MColor(5, 55, 105, 100),
+                                 MColorOp::Alphablend);
+        other.AlignedTextOut(sized, 10, 10, 200, 50, "Shadow", Right, InkColour,
+                             MColorOp::Alphablend);
+        EXPECT_TRUE(AreSame(bitmap, expected)) << height;
+    }
+}
+
+TEST_F(AlignedTextOut, ChangesNothingOutsideTheClip)
+{
+    const MRectangle clip = {33, 14, 90, 29};
+    MBitmap whole;
+    Clear(whole);
+    for (MBitmap* target : {&bitmap, &whole})
+    {
+        if (target == &bitmap)
+            target->SetClip(clip);
+        MDrawerToMBitmap(*target).AlignedTextOut(font, 10, 10, 120, 60, "Clipped text in two lines",
+                                                 0, InkColour, MColorOp::Alphablend);
+    }
+    for (int y = 0; y < Height; ++y)
+        for (int x = 0; x < Width; ++x)
+            ASSERT_EQ(bitmap.GetColor(x, y), clip.Contains(x, y) ? whole.GetColor(x, y) : Paper)
+                << x << " " << y;
+}
+
+TEST_F(AlignedTextOut, FollowsTheOffsetOfAChild)
+{
+    MBitmap expected;
+    Clear(expected);
+    MDrawer child(&drawer, 30, 25);
+    child.AlignedTextOut(font, -5, 3, 100, 40, "Child", Right | VCenter, InkColour,
+                         MColorOp::Alphablend);
+    MDrawerToMBitmap(expected).AlignedTextOut(font, 25, 28, 130, 65, "Child", Right | VCenter,
+                                              InkColour, MColorOp::Alphablend);
+    EXPECT_TRUE(AreSame(bitmap, expected));
+}
+
+TEST_F(AlignedTextOut, LivesWithAnyCoordinates)
+{
+    MBitmap untouched;
+    Clear(untouched);
+    for (const auto& [low, high] :
+         {std::pair(INT_MAX, INT_MAX), std::pair(INT_MIN, INT_MIN), std::pair(10, 9)})
+        for (const int flags : {0, Center | VCenter, Right | Bottom})
+            drawer.AlignedTextOut(font, low, low, high, high, "Nowhere to be seen", flags,
+                                  InkColour, MColorOp::Alphablend);
+    drawer.AlignedTextOut(font, 0, 0, 99, 99, "None", 0, InkColour, MColorOp::None);
+    EXPECT_TRUE(AreSame(bitmap, untouched));
+    drawer.AlignedTextOut(font, INT_MIN, INT_MIN, INT_MAX, INT_MAX, "middle", Center | VCenter,
+                          InkColour, MColorOp::Alphablend);
+    EXPECT_FALSE(AreSame(bitmap, untouched)); // of all coordinates is at the corner of the bitmap
+}
+
+} // namespace
