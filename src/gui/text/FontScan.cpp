@@ -58,9 +58,11 @@ public:
 
     void ScanFolder(const MString& folder, int depth)
     {
+        if (depth > MaxDepth)
+            return;
         const files::Stamp stamp = files::GetStamp(folder);
         const bool isNew = stamp.id == 0 || visited.insert({stamp.id, stamp.modified}).second;
-        if (depth > MaxDepth || !isNew)
+        if (!isNew)
             return;
         for (const files::Entry& entry : List(folder))
         {

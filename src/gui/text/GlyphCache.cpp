@@ -1,16 +1,18 @@
 #include "gui/text/GlyphCache.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace
 {
 
-/// What the mask takes at most: its blocks may also be constant.
+/// What the mask takes at most, as its blocks may also be constant; one without any counts as a
+/// block, so that there is an end to them, too.
 std::size_t CountCoverage(const MAlphaMask& mask) noexcept
 {
     constexpr int Side = MAlphaMask::BlockSide;
     const auto blocks = [](int pixels)
-    { return static_cast<std::size_t>((pixels + Side - 1) / Side); };
+    { return static_cast<std::size_t>(std::max(1, (pixels + Side - 1) / Side)); };
     return blocks(mask.GetWidth()) * blocks(mask.GetHeight()) * Side * Side;
 }
 

@@ -1,11 +1,14 @@
 #include "gui/text/AlignedText.h"
 
 #include <climits>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
+#include "foundation/streams/MStdFileStream.h"
 #include "gui/drawing/MBitmap.h"
 #include "gui/drawing/MDrawerToMBitmap.h"
+#include "gui/images/PNG.h"
 #include "gui/text/MFont.h"
 
 namespace
@@ -161,6 +164,38 @@ TEST_F(AlignedTextOut, FollowsTheOffsetOfAChild)
                          MColorOp::Alphablend);
     MDrawerToMBitmap(expected).AlignedTextOut(font, 25, 28, 130, 65, "Child", Right | VCenter,
                                               InkColour, MColorOp::Alphablend);
+    EXPECT_TRUE(AreSame(bitmap, expected));
+}
+
+/// TONVALE_RENEW_PICTURES=1 writes the picture anew, to be looked at before it is kept.
+TEST_F(AlignedTextOut, LooksAsItDid)
+{
+    const MString file = TONVALE_PICTURES "/MFont/Lines.png";
+    const MString mixed = MString::FromUTF16(u"Gr\u00F6\u00DFe \u03A9 \u0416 \u2230 \u0628");
+    int y = 4;
+    const auto draw = [&](const MFontDescription& description, const MString& text)
+    {
+        const MFont used(description);
+        drawer.AlignedTextOut(used, 4, y, Width - 5, y, text, 0, InkColour, MColorOp::Alphablend);
+        y += used.GetHeight() + 2;
+    };
+    draw({.height = 12}, "Regular 12: 1,234.56 Hz, -0.5 dB & \"more\"");
+    draw({.height = 16, .isBold = true}, "Bold 16: Oscillator");
+    draw({.height = 16, .isItalic = true}, mixed);
+    draw({.face = "DejaVu Sans Mono", .height = 14, .isBold = true}, "Mono 14\t0x7F");
+    drawer.SetTextShadow(200);
+    draw({.height = 18, .width = 24, .space = 2}, "Wide, with shadow");
+
+    if (std::getenv("TONVALE_RENEW_PICTURES") != nullptr) // NOLINT(concurrency-mt-unsafe)
+    {
+        MStdFileStream renewed(file, MStdFileStream::Opening::Create);
+        images::SavePNG(bitmap, renewed);
+        renewed.Close();
+    }
+    MStdFileStream stored(file, MStdFileStream::Opening::Existing);
+    MBitmap expected;
+    images::LoadPNG(stored, expected);
+    ASSERT_EQ(expected.GetBounds(), bitmap.GetBounds());
     EXPECT_TRUE(AreSame(bitmap, expected));
 }
 
