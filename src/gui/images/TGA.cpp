@@ -98,7 +98,8 @@ void ReadMap(MStream& stream, const Header& header, MBitmap& bitmap)
     for (int i = 0; i < header.mapCount; ++i)
     {
         ReadExactly(stream, entry);
-        bitmap.GetPalette()[static_cast<std::size_t>(header.mapStart + i)] = Decode(entry);
+        const int place = header.mapStart + i;
+        bitmap.GetPalette()[static_cast<std::size_t>(place)] = Decode(entry);
     }
 }
 

@@ -193,7 +193,7 @@ std::unique_ptr<FontFace> FontFace::Open(std::unique_ptr<FontFaceFile> file, int
 
 FontFaceInfo FontFace::Describe() const
 {
-    const FT_Face face = file->face;
+    auto* const face = file->face;
     const auto text = [](const char* name)
     { return MString::FromUTF8(name != nullptr ? name : ""); };
     FontFaceInfo info;
@@ -208,7 +208,7 @@ FontFaceInfo FontFace::Describe() const
 
 FontFace::Metrics FontFace::GetMetrics() const noexcept
 {
-    const FT_Face face = file->face;
+    auto* const face = file->face;
     const int cell = face->ascender - face->descender;
     return {.ascent = face->ascender,
             .descent = -face->descender,
@@ -231,7 +231,7 @@ int FontFace::GetAdvance(std::uint32_t glyph) const noexcept
 
 std::unique_ptr<Glyph> FontFace::Render(std::uint32_t glyph, const Look& look) const
 {
-    const FT_Face face = file->face;
+    auto* const face = file->face;
     const auto subPixels = [](double pixels) { return std::lround(pixels * SubPixels); };
     if (FT_Set_Char_Size(face, subPixels(look.emWidth), subPixels(look.emHeight), 0, 0) != 0 ||
         FT_Load_Glyph(face, glyph, Loading) != 0 || face->glyph->format != FT_GLYPH_FORMAT_OUTLINE)
@@ -249,7 +249,8 @@ std::unique_ptr<Glyph> FontFace::Render(std::uint32_t glyph, const Look& look) c
     FT_Outline_Get_CBox(&outline, &box);
     const auto isSane = [](FT_Pos low, FT_Pos high)
     {
-        constexpr FT_Pos MaxSide = (MaxGlyphSide - 1) * 64; // and a part of a pixel on each side
+        constexpr FT_Pos MaxSide =
+            FT_Pos{MaxGlyphSide - 1} * 64; // and a part of a pixel on each side
         return high > low && low > -MaxSide && high < MaxSide && high - low < MaxSide;
     };
     if (!isSane(box.xMin, box.xMax) || !isSane(box.yMin, box.yMax) ||

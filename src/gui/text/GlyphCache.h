@@ -1,11 +1,11 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <list>
 #include <map>
 #include <memory>
+#include <tuple>
 
 #include "gui/text/Glyph.h"
 
@@ -22,7 +22,11 @@ public:
         int face;               ///< of FontCollection
         std::uint32_t glyph;
 
-        auto operator<=>(const Key&) const = default;
+        bool operator<(const Key& other) const noexcept
+        {
+            return std::tie(instance, face, glyph) <
+                   std::tie(other.instance, other.face, other.glyph);
+        }
     };
 
     /// The one of the library.

@@ -53,7 +53,7 @@ TEST(PNG, GivesBackWhatWasSaved)
             ASSERT_EQ(loaded.IsPaletted(), isPaletted);
             ASSERT_EQ(loaded.GetBounds(), bitmap.GetBounds());
             EXPECT_EQ(loaded.GetClip(), loaded.GetBounds());
-            const auto count = static_cast<std::size_t>(width * height);
+            const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
             if (isPaletted)
             {
                 EXPECT_EQ(loaded.GetPalette(), bitmap.GetPalette());
@@ -133,7 +133,7 @@ TEST(PNG, RefusesHostileFiles)
         Bytes file;
         const char* failure;
     } const cases[] = {
-        {"257 colours", File(Header(1, 1, 8, 3), {0, 0}, Chunk("PLTE", Bytes(257 * 3))),
+        {"257 colours", File(Header(1, 1, 8, 3), {0, 0}, Chunk("PLTE", Bytes(771))),
          "Error loading PNG palette. 256"},
         {"no palette", File(Header(1, 1, 8, 3), {0, 0}), LoadFailure},
         {"no rows", File(Header(1, 2, 8, 0), {0, 0}), LoadFailure},

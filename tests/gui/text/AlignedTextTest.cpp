@@ -1,6 +1,7 @@
 #include "gui/text/AlignedText.h"
 
 #include <climits>
+#include <cstddef>
 #include <cstdlib>
 
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@ constexpr MColor Paper(20, 30, 40);
 constexpr MColor InkColour(250, 200, 150, 200);
 constexpr int Width = 300;
 constexpr int Height = 120;
+constexpr std::ptrdiff_t PixelCount = std::ptrdiff_t{Width} * Height;
 
 class AlignedTextOut : public testing::Test
 {
@@ -33,7 +35,7 @@ protected:
     }
     static bool AreSame(const MBitmap& a, const MBitmap& b)
     {
-        return std::equal(a.GetRow(0), a.GetRow(0) + Width * Height, b.GetRow(0));
+        return std::equal(a.GetRow(0), a.GetRow(0) + PixelCount, b.GetRow(0));
     }
     /// What is no paper.
     static MRectangle Ink(const MBitmap& bitmap)
