@@ -15,7 +15,7 @@ namespace images
 /// it was.
 void LoadPNG(MStream& stream, MBitmap& bitmap);
 
-/// Writes the pixels as they are, in the smallest file; loading it gives the same bytes.
+/// Writes the pixels as they are, deflated as well as can be; loading them gives the same bytes.
 /// @throws MException (2) "Empty image cannot be saved to PNG.", (257) as above, (0) "Error saving
 /// a PNG file.", and as the stream does
 void SavePNG(const MBitmap& bitmap, MStream& stream);

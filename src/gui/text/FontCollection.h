@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "foundation/strings/MString.h"
@@ -70,7 +69,7 @@ private:
     void NeedScan();
     /// Takes over what the thread has found, once it is ready.
     void AdoptScan();
-    /// Among the faces of the family, all of them if @p mayBeScanned.
+    /// NoFace if the family is not known.
     int FindNearest(const MString& family, Wish wish) const;
     bool HasGlyph(int face, char32_t code);
 

@@ -1,8 +1,6 @@
 #include "gui/text/FontFace.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <span>

@@ -44,7 +44,8 @@ TEST_F(FontScan, FindsFontsBelowTheFolders)
     Write("fonts/a/b/c/d/e/f/g/h/i/d.ttf", "Family D is wide");
     Write("fonts/e.txt", "Family E is wide");
     folder.Write("fonts/broken.ttf", std::vector<std::uint8_t>(50, 'x'));
-    std::filesystem::create_directory_symlink(folder / "fonts", folder / "more/loop");
+    std::error_code withoutLinks; // as on Windows
+    std::filesystem::create_directory_symlink(folder / "fonts", folder / "more/loop", withoutLinks);
     EXPECT_EQ(Scan(), "Family C is wide,Family B is wide,Family A is wide,");
     EXPECT_EQ(Scan(), "Family C is wide,Family B is wide,Family A is wide,");
 }
