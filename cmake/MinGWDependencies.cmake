@@ -30,9 +30,10 @@ set(PNG_TESTS OFF CACHE BOOL "")
 set(SKIP_INSTALL_ALL ON)
 FetchContent_Declare(libpng SOURCE_DIR ${TONVALE_MINGW_SOURCES}/libpng1.6 SYSTEM)
 
-foreach(library ZLIB BZIP2 PNG HARFBUZZ BROTLI)
+foreach(library BZIP2 PNG HARFBUZZ BROTLI)
     set(FT_DISABLE_${library} ON CACHE BOOL "")
 endforeach()
+set(FT_DISABLE_ZLIB OFF CACHE BOOL "") # it would take a copy of its own
 FetchContent_Declare(freetype SOURCE_DIR ${TONVALE_MINGW_SOURCES}/freetype SYSTEM)
 
 FetchContent_MakeAvailable(hwy kissfft libpng freetype)

@@ -11,6 +11,16 @@
 /// One pixel that no test file holds, to see whether a loader touched it.
 inline const MColor Untouched(1, 2, 3, 4);
 
+/// Row after row.
+inline std::vector<MColor> ColoursOf(const MBitmap& bitmap)
+{
+    std::vector<MColor> colours;
+    for (int y = 0; y < bitmap.GetHeight(); ++y)
+        for (int x = 0; x < bitmap.GetWidth(); ++x)
+            colours.push_back(bitmap.GetColor(x, y));
+    return colours;
+}
+
 struct LoadResult
 {
     MBitmap bitmap{1, 1};
@@ -19,18 +29,9 @@ struct LoadResult
 
     bool IsUntouched() const
     {
-        return bitmap.GetWidth() == 1 && bitmap.GetHeight() == 1 && !bitmap.IsPaletted() &&
-               bitmap.GetColor(0, 0) == Untouched;
+        return !bitmap.IsPaletted() && Colours() == std::vector<MColor>{Untouched};
     }
-    /// All colours, row after row.
-    std::vector<MColor> Colours() const
-    {
-        std::vector<MColor> colours;
-        for (int y = 0; y < bitmap.GetHeight(); ++y)
-            for (int x = 0; x < bitmap.GetWidth(); ++x)
-                colours.push_back(bitmap.GetColor(x, y));
-        return colours;
-    }
+    std::vector<MColor> Colours() const { return ColoursOf(bitmap); }
 };
 
 template <typename Loader>

@@ -9,95 +9,67 @@ namespace
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::uint8_t TopDown = 0x20;
-constexpr std::uint8_t Plain = 2;
-constexpr std::uint8_t Packed = 10;
-
+/// The types of the format are 1 for a colour map, 2 for true colour and 3 for grey; 8 more if
+/// packed.
 struct File
 {
-    std::uint8_t type = Plain;
-    int width = 1;
-    int height = 1;
-    std::uint8_t bits = 24;
-    std::uint8_t descriptor = TopDown;
-    Bytes data{};
-    Bytes map{};
+    std::uint8_t type;
+    int width;
+    int height;
+    std::uint8_t bits;
+    Bytes data;
     int mapCount = 0;
     std::uint8_t mapBits = 24;
+    Bytes map{};
     std::uint8_t mapStart = 0;
+    bool isTopDown = true;
     Bytes identifier{};
 
     Bytes Write() const
     {
-        const auto low = [](int number) { return static_cast<std::uint8_t>(number); };
-        const auto high = [](int number) { return static_cast<std::uint8_t>(number >> 8); };
-        Bytes bytes = {low(static_cast<int>(identifier.size())),
-                       low(mapCount > 0 ? 1 : 0),
-                       type,
-                       mapStart,
-                       0,
-                       low(mapCount),
-                       high(mapCount),
-                       mapBits,
-                       0,
-                       0,
-                       0,
-                       0,
-                       low(width),
-                       high(width),
-                       low(height),
-                       high(height),
-                       bits,
-                       descriptor};
-        for (const Bytes& part : {identifier, map, data})
-            bytes.insert(bytes.end(), part.begin(), part.end());
+        Bytes bytes;
+        const auto add = [&](int number) { bytes.push_back(static_cast<std::uint8_t>(number)); };
+        for (const int number :
+             {static_cast<int>(identifier.size()), mapCount > 0 ? 1 : 0, int{type}, int{mapStart},
+              0, mapCount, mapCount >> 8, int{mapBits}, 0, 0, 0, 0, width, width >> 8, height,
+              height >> 8, int{bits}, isTopDown ? 0x20 : 0})
+            add(number);
+        for (const Bytes* part : {&identifier, &map, &data})
+            for (const std::uint8_t each : *part)
+                add(each);
         return bytes;
     }
 };
 
-const MColor Black(0, 0, 0);
+MColor Grey(int value)
+{
+    return {value, value, value};
+}
 
 TEST(TGA, ReadsEveryKindOfPixel)
 {
+    const Bytes two = {1, 2, 3, 4, 5, 6};
+    const MColor first(3, 2, 1);
+    const MColor withAlpha(3, 2, 1, 4);
     struct
     {
         const char* what;
         File file;
         std::vector<MColor> colours;
     } const cases[] = {
-        {"32 bits", {.bits = 32, .data = {1, 2, 3, 4}}, {MColor(3, 2, 1, 4)}},
-        {"24 bits", {.data = {1, 2, 3}}, {MColor(3, 2, 1)}},
-        // Red 31, green 1, blue 16 and a top bit that does not count.
-        {"16 bits", {.bits = 16, .data = {0b00110000, 0b11111100}}, {MColor(248, 8, 128)}},
-        {"8 bits", {.bits = 8, .data = {77}}, {MColor(77, 77, 77)}},
-        {"an identifier is passed over",
-         {.data = {1, 2, 3}, .identifier = Bytes(255)},
-         {MColor(3, 2, 1)}},
-        {"the lowest row first",
-         {.width = 1, .height = 3, .bits = 8, .descriptor = 0, .data = {1, 2, 3}},
-         {MColor(3, 3, 3), MColor(2, 2, 2), MColor(1, 1, 1)}},
-        {"a map of two from entry 3 on",
-         {.type = 1,
-          .width = 3,
-          .bits = 8,
-          .data = {4, 3, 5},
-          .map = {1, 2, 3, 4, 5, 6},
-          .mapCount = 2,
-          .mapStart = 3},
-         {MColor(6, 5, 4), MColor(3, 2, 1), Black}},
-        {"a map with alpha",
-         {.type = 9,
-          .width = 2,
-          .bits = 8,
-          .data = {0x81, 0},
-          .map = {1, 2, 3, 4},
-          .mapCount = 1,
-          .mapBits = 32},
-         {MColor(3, 2, 1, 4), MColor(3, 2, 1, 4)}},
-        {"a run over the end of a row, then single pixels, then a run beyond the end",
-         {.type = Packed, .width = 3, .height = 2, .bits = 8, .data = {0x83, 9, 0x00, 7, 0xFF, 5}},
-         {MColor(9, 9, 9), MColor(9, 9, 9), MColor(9, 9, 9), MColor(9, 9, 9), MColor(7, 7, 7),
-          MColor(5, 5, 5)}},
+        {"32 bits", {2, 1, 1, 32, {1, 2, 3, 4}}, {withAlpha}},
+        {"24 bits", {2, 1, 1, 24, {1, 2, 3}}, {first}},
+        {"16 bits", {2, 1, 1, 16, {0b00110000, 0b11111100}}, {MColor(248, 8, 128)}},
+        {"8 bits", {3, 1, 1, 8, {77}}, {Grey(77)}},
+        {"with an identifier", {3, 1, 1, 8, {7}, 0, 0, {}, 0, true, Bytes(255)}, {Grey(7)}},
+        {"lowest row first", {3, 1, 2, 8, {1, 2}, 0, 0, {}, 0, false}, {Grey(2), Grey(1)}},
+        {"two entries from 3 on",
+         {1, 3, 1, 8, {4, 3, 5}, 2, 24, two, 3},
+         {MColor(6, 5, 4), first, Grey(0)}},
+        {"a map with alpha", {9, 2, 1, 8, {0x81, 0}, 1, 32, {1, 2, 3, 4}}, {withAlpha, withAlpha}},
+        {"a run over the end of a row, a single pixel, a run beyond the end",
+         {11, 3, 2, 8, {0x83, 9, 0x00, 7, 0xFF, 5}},
+         {Grey(9), Grey(9), Grey(9), Grey(9), Grey(7), Grey(5)}},
     };
     for (const auto& row : cases)
     {
@@ -115,16 +87,8 @@ TEST(TGA, ReadsEveryKindOfPixel)
 
 TEST(TGA, EndingAnywhereIsRefused)
 {
-    const Bytes bytes = File{
-        .type = 9,
-        .width = 4,
-        .height = 2,
-        .bits = 8,
-        .data = {0x82, 0, 0x04, 0, 0, 0, 0, 0},
-        .map = {1, 2, 3},
-        .mapCount = 1,
-        .identifier = {1,
-                       2}}.Write();
+    const Bytes packed = {0x82, 0, 0x04, 0, 0, 0, 0, 0};
+    const Bytes bytes = File{9, 4, 2, 8, packed, 1, 24, {1, 2, 3}, 0, true, {1, 2}}.Write();
     for (std::size_t size = 0; size < bytes.size(); ++size)
     {
         LoadResult result;
@@ -138,6 +102,7 @@ TEST(TGA, EndingAnywhereIsRefused)
 TEST(TGA, RefusesOrPassesOverWhatIsNoImage)
 {
     constexpr const char* BadHeader = "Invalid file contents. Invalid TGA header. 256";
+    const Bytes map(2000);
     struct
     {
         const char* what;
@@ -145,27 +110,15 @@ TEST(TGA, RefusesOrPassesOverWhatIsNoImage)
         const char* failure;
         bool isUntouched;
     } const cases[] = {
-        {"257 entries", {.bits = 8, .map = Bytes(1000), .mapCount = 257}, BadHeader, true},
-        {"entries beyond 256",
-         {.bits = 8, .map = Bytes(1000), .mapCount = 2, .mapStart = 255},
-         BadHeader,
-         true},
-        {"entries of 16 bits",
-         {.bits = 8, .map = Bytes(1000), .mapCount = 2, .mapBits = 16},
-         BadHeader,
-         true},
-        {"entries of 40 bits",
-         {.bits = 8, .map = Bytes(1000), .mapCount = 2, .mapBits = 40},
-         BadHeader,
-         true},
-        {"no width", {.width = 0, .data = Bytes(10)}, "", false},
-        {"a negative height", {.height = 0x8001, .data = Bytes(10)}, "", false},
-        {"15 bits", {.bits = 15, .data = Bytes(10)}, "", true},
-        {"indices of 16 bits",
-         {.bits = 16, .data = Bytes(10), .map = Bytes(3), .mapCount = 1},
-         "",
-         true},
-        {"4 GB", {.width = 32'767, .height = 32'767, .bits = 32}, "Bitmap is too large. 256", true},
+        {"257 entries", {1, 1, 1, 8, {0}, 257, 24, map}, BadHeader, true},
+        {"entries beyond 256", {1, 1, 1, 8, {0}, 2, 24, map, 255}, BadHeader, true},
+        {"entries of 16 bits", {1, 1, 1, 8, {0}, 2, 16, map}, BadHeader, true},
+        {"entries of 40 bits", {1, 1, 1, 8, {0}, 2, 40, map}, BadHeader, true},
+        {"no width", {2, 0, 1, 24, map}, "", false},
+        {"a negative height", {2, 1, 0x8001, 24, map}, "", false},
+        {"15 bits", {2, 1, 1, 15, map}, "", true},
+        {"indices of 16 bits", {1, 1, 1, 16, map, 1, 24, {1, 2, 3}}, "", true},
+        {"4 GB", {2, 32'767, 32'767, 32, {}}, "Bitmap is too large. 256", true},
     };
     for (const auto& row : cases)
     {
