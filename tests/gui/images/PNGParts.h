@@ -49,9 +49,10 @@ inline Bytes Header(std::uint32_t width, std::uint32_t height, std::uint8_t dept
 /// A whole file; each of the rows has a filter byte in front, and @p extra comes before them.
 inline Bytes File(const Bytes& header, const Bytes& rows, const Bytes& extra = {})
 {
-    Bytes packed(compressBound(rows.size()));
-    uLongf size = packed.size();
-    compress(packed.data(), &size, rows.data(), static_cast<uLong>(rows.size()));
+    const auto rowBytes = static_cast<uLong>(rows.size());
+    uLongf size = compressBound(rowBytes);
+    Bytes packed(size);
+    compress(packed.data(), &size, rows.data(), rowBytes);
     packed.resize(size);
     Bytes file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
     for (const Bytes& part :

@@ -26,7 +26,11 @@ constexpr std::ptrdiff_t PixelCount = std::ptrdiff_t{Width} * Height;
 class AlignedTextOut : public testing::Test
 {
 protected:
-    AlignedTextOut() { Clear(bitmap); }
+    AlignedTextOut()
+    {
+        Clear(bitmap);
+        Clear(expected);
+    }
 
     static void Clear(MBitmap& cleared)
     {
@@ -37,20 +41,23 @@ protected:
     {
         return std::equal(a.GetRow(0), a.GetRow(0) + PixelCount, b.GetRow(0));
     }
-    /// What is no paper.
-    static MRectangle Ink(const MBitmap& bitmap)
+    static MRectangle Box(int x1, int y1, int x2, int y2) { return {x1, y1, x2, y2}; }
+    static void Write(MDrawer& target, const MFont& used, const MRectangle& box,
+                      const MString& text, int flags = 0, MColor colour = InkColour)
     {
-        MRectangle ink = {INT_MAX, INT_MAX, INT_MIN, INT_MIN};
-        for (int y = 0; y < Height; ++y)
-            for (int x = 0; x < Width; ++x)
-                if (bitmap.GetColor(x, y) != Paper)
-                    ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x),
-                           std::max(ink.bottom, y)};
-        return ink;
+        target.AlignedTextOut(used, box.left, box.top, box.right, box.bottom, text, flags, colour,
+                              MColorOp::Alphablend);
+    }
+    static void Write(MBitmap& target, const MFont& used, const MRectangle& box,
+                      const MString& text, int flags = 0, MColor colour = InkColour)
+    {
+        MDrawerToMBitmap over(target);
+        Write(over, used, box, text, flags, colour);
     }
 
     MFont font{{.face = "DejaVu Sans Mono", .height = 20, .space = 1}};
     MBitmap bitmap;
+    MBitmap expected;
     MDrawerToMBitmap drawer{bitmap};
 };
 
@@ -61,9 +68,7 @@ TEST_F(AlignedTextOut, PlacesOneGlyphByItsMetrics)
     const int spareY = 61 - font.GetHeight();
     struct
     {
-        int flags;
-        int x;
-        int y;
+        int flags, x, y;
     } const cases[] = {
         {0, 0, 0},
         {Right | Bottom, spareX, spareY},
@@ -73,44 +78,35 @@ TEST_F(AlignedTextOut, PlacesOneGlyphByItsMetrics)
     for (const auto& row : cases)
     {
         Clear(bitmap);
-        drawer.AlignedTextOut(font, 50, 20, 149, 80, "H", row.flags, InkColour,
-                              MColorOp::Alphablend);
-        MBitmap expected;
         Clear(expected);
+        Write(drawer, font, Box(50, 20, 149, 80), "H", row.flags);
         const int left = 50 + row.x + glyph.left;
         const int top = 20 + row.y + font.GetAscent() - glyph.top;
         MDrawerToMBitmap(expected).MaskBlt(left, top, left + glyph.mask.GetWidth() - 1,
                                            top + glyph.mask.GetHeight() - 1, &glyph.mask, 0, 0,
                                            InkColour, MColorOp::Alphablend);
         EXPECT_TRUE(AreSame(bitmap, expected)) << row.flags;
-        EXPECT_FALSE(Ink(bitmap).IsEmpty());
     }
 }
 
 TEST_F(AlignedTextOut, IsTheSameAsItsPartsOneByOne)
 {
-    const char* const words[] = {"first", "second", "third"};
     const int width = font.MeasureRun("second", 0, 6);
     for (const int flags : {0, Center | VCenter, Right | Bottom})
     {
         Clear(bitmap);
-        drawer.AlignedTextOut(font, 10, 10, 10 + width - 1, 110, "first second\nthird", flags,
-                              InkColour, MColorOp::Add);
-        MBitmap expected;
         Clear(expected);
-        MDrawerToMBitmap other(expected);
+        Write(drawer, font, Box(10, 10, 10 + width - 1, 110), "first second\nthird", flags);
         const int spare = 101 - 3 * font.GetHeight();
         int y = 10 + ((flags & Bottom) != 0 ? spare : (flags & VCenter) != 0 ? spare / 2 : 0);
-        for (const char* word : words)
+        for (const std::string word : {"first", "second", "third"})
         {
-            const int length = static_cast<int>(std::string(word).size());
-            const int rest = width - font.MeasureRun(word, 0, length);
+            const int rest = width - font.MeasureRun(MString::FromNarrow(word), 0, INT_MAX);
             int x = 10 + ((flags & Right) != 0 ? rest : (flags & Center) != 0 ? rest / 2 : 0);
-            for (int i = 0; i < length; ++i)
+            for (const char letter : word)
             {
-                other.AlignedTextOut(font, x, y, x, y, MString::FromNarrow({word + i, 1}), 0,
-                                     InkColour, MColorOp::Add);
-                x += font.GetAdvance(static_cast<char32_t>(word[i])) + font.GetSpace();
+                Write(expected, font, Box(x, y, x, y), MString::FromNarrow({&letter, 1}));
+                x += font.GetAdvance(static_cast<char32_t>(letter)) + font.GetSpace();
             }
             y += font.GetHeight();
         }
@@ -120,21 +116,16 @@ TEST_F(AlignedTextOut, IsTheSameAsItsPartsOneByOne)
 
 TEST_F(AlignedTextOut, PutsAShadowBelowLargerFonts)
 {
+    drawer.SetTextShadow(128);
     for (const int height : {10, 11})
     {
         const MFont sized({.height = height});
         Clear(bitmap);
-        drawer.SetTextShadow(128);
-        drawer.AlignedTextOut(sized, 10, 10, 200, 50, "Shadow", Right, InkColour,
-                              MColorOp::Alphablend);
-        MBitmap expected;
         Clear(expected);
-        MDrawerToMBitmap other(expected);
+        Write(drawer, sized, Box(10, 10, 200, 50), "Shadow", Right);
         if (height > 10) // alpha: 201 * 128 / 256
-            other.AlignedTextOut(sized, 11, 11, 201, 51, "Shadow", Right, MColor(5, 55, 105, 100),
-                                 MColorOp::Alphablend);
-        other.AlignedTextOut(sized, 10, 10, 200, 50, "Shadow", Right, InkColour,
-                             MColorOp::Alphablend);
+            Write(expected, sized, Box(11, 11, 201, 51), "Shadow", Right, MColor(5, 55, 105, 100));
+        Write(expected, sized, Box(10, 10, 200, 50), "Shadow", Right);
         EXPECT_TRUE(AreSame(bitmap, expected)) << height;
     }
 }
@@ -142,30 +133,19 @@ TEST_F(AlignedTextOut, PutsAShadowBelowLargerFonts)
 TEST_F(AlignedTextOut, ChangesNothingOutsideTheClip)
 {
     const MRectangle clip = {33, 14, 90, 29};
-    MBitmap whole;
-    Clear(whole);
-    for (MBitmap* target : {&bitmap, &whole})
-    {
-        if (target == &bitmap)
-            target->SetClip(clip);
-        MDrawerToMBitmap(*target).AlignedTextOut(font, 10, 10, 120, 60, "Clipped text in two lines",
-                                                 0, InkColour, MColorOp::Alphablend);
-    }
+    Write(expected, font, Box(10, 10, 120, 60), "Clipped text in two lines");
+    bitmap.SetClip(clip);
+    Write(drawer, font, Box(10, 10, 120, 60), "Clipped text in two lines");
     for (int y = 0; y < Height; ++y)
         for (int x = 0; x < Width; ++x)
-            ASSERT_EQ(bitmap.GetColor(x, y), clip.Contains(x, y) ? whole.GetColor(x, y) : Paper)
-                << x << " " << y;
+            ASSERT_EQ(bitmap.GetColor(x, y), clip.Contains(x, y) ? expected.GetColor(x, y) : Paper);
 }
 
 TEST_F(AlignedTextOut, FollowsTheOffsetOfAChild)
 {
-    MBitmap expected;
-    Clear(expected);
     MDrawer child(&drawer, 30, 25);
-    child.AlignedTextOut(font, -5, 3, 100, 40, "Child", Right | VCenter, InkColour,
-                         MColorOp::Alphablend);
-    MDrawerToMBitmap(expected).AlignedTextOut(font, 25, 28, 130, 65, "Child", Right | VCenter,
-                                              InkColour, MColorOp::Alphablend);
+    Write(child, font, Box(-5, 3, 100, 40), "Child", Right | VCenter);
+    Write(expected, font, Box(25, 28, 130, 65), "Child", Right | VCenter);
     EXPECT_TRUE(AreSame(bitmap, expected));
 }
 
@@ -178,7 +158,7 @@ TEST_F(AlignedTextOut, LooksAsItDid)
     const auto draw = [&](const MFontDescription& description, const MString& text)
     {
         const MFont used(description);
-        drawer.AlignedTextOut(used, 4, y, Width - 5, y, text, 0, InkColour, MColorOp::Alphablend);
+        Write(drawer, used, Box(4, y, Width - 5, y), text);
         y += used.GetHeight() + 2;
     };
     draw({.height = 12}, "Regular 12: 1,234.56 Hz, -0.5 dB & \"more\"");
@@ -195,7 +175,6 @@ TEST_F(AlignedTextOut, LooksAsItDid)
         renewed.Close();
     }
     MStdFileStream stored(file, MStdFileStream::Opening::Existing);
-    MBitmap expected;
     images::LoadPNG(stored, expected);
     ASSERT_EQ(expected.GetBounds(), bitmap.GetBounds());
     EXPECT_TRUE(AreSame(bitmap, expected));
@@ -203,18 +182,14 @@ TEST_F(AlignedTextOut, LooksAsItDid)
 
 TEST_F(AlignedTextOut, LivesWithAnyCoordinates)
 {
-    MBitmap untouched;
-    Clear(untouched);
     for (const auto& [low, high] :
          {std::pair(INT_MAX, INT_MAX), std::pair(INT_MIN, INT_MIN), std::pair(10, 9)})
         for (const int flags : {0, Center | VCenter, Right | Bottom})
-            drawer.AlignedTextOut(font, low, low, high, high, "Nowhere to be seen", flags,
-                                  InkColour, MColorOp::Alphablend);
-    drawer.AlignedTextOut(font, 0, 0, 99, 99, "None", 0, InkColour, MColorOp::None);
-    EXPECT_TRUE(AreSame(bitmap, untouched));
-    drawer.AlignedTextOut(font, INT_MIN, INT_MIN, INT_MAX, INT_MAX, "middle", Center | VCenter,
-                          InkColour, MColorOp::Alphablend);
-    EXPECT_FALSE(AreSame(bitmap, untouched)); // of all coordinates is at the corner of the bitmap
+            Write(drawer, font, Box(low, low, high, high), "Nowhere to be seen", flags);
+    EXPECT_TRUE(AreSame(bitmap, expected));
+    const MRectangle everywhere = Box(INT_MIN, INT_MIN, INT_MAX, INT_MAX);
+    Write(drawer, font, everywhere, "at the corner, in the middle of all", Center | VCenter);
+    EXPECT_FALSE(AreSame(bitmap, expected));
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "gui/text/FontFace.h"
+#include "gui/text/GlyphCache.h"
+#include "gui/text/MFontInstance.h"
 #include "tests/TemporaryFolder.h"
 #include "tests/gui/text/FontUnderTest.h"
 
@@ -60,6 +62,18 @@ TEST_F(FontCollectionOf, FindsTheNearestOnceTheSystemsFontsAreKnown)
     EXPECT_EQ(file(true, false), "2.ttf");
     EXPECT_EQ(file(false, true), "3.ttf");
     EXPECT_EQ(file(true, true), "3.ttf"); // italic before weight
+
+    // The outlines of all three are the same, so what is italic or bold already is not made so.
+    GlyphCache cache(GlyphCache::DefaultBytes);
+    const auto width = [&](bool isBold, bool isItalic)
+    {
+        MFontInstance instance(
+            {.face = Family, .height = 48, .isBold = isBold, .isItalic = isItalic}, fonts, cache);
+        return instance.GetGlyph('|')->mask.GetWidth();
+    };
+    EXPECT_EQ(width(true, false), width(false, false));
+    EXPECT_EQ(width(false, true), width(false, false));
+    EXPECT_EQ(width(true, true), width(false, false) + 48 / 24); // of weight 500
 }
 
 TEST_F(FontCollectionOf, KeepsFewFilesOpenAndLivesOnWithoutThem)
