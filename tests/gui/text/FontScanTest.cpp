@@ -21,7 +21,7 @@ protected:
     }
     MString Path(const std::string& name) const
     {
-        return MString::FromUTF8((folder / name).string());
+        return MString::FromUTF8((folder / name).make_preferred().string());
     }
     /// The families that are found, with a "," behind each.
     std::string Scan()
