@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "gui/drawing/MDrawer.h"
@@ -44,9 +45,9 @@ public:
         for (int i = line.first; i < line.first + line.count;)
         {
             const char32_t code = ReadCodePoint(aligned.text, i);
-            if (const Glyph* const glyph = instance.GetGlyph(code); glyph != nullptr)
+            if (const Glyph* const glyph = instance->GetGlyph(code); glyph != nullptr)
                 Paint(*glyph, x + glyph->left, baseline - glyph->top);
-            x += instance.GetAdvance(code);
+            x += instance->GetAdvance(code);
             x += code == U'\t' ? BlanksPerTab * space : IsControl(code) ? 0 : space;
         }
     }
@@ -67,7 +68,7 @@ private:
     const AlignedText& aligned;
     MColor colour;
     MRectangle clip;
-    MFontInstance& instance;
+    std::shared_ptr<MFontInstance> instance; ///< also if the font finds a better one meanwhile
 };
 
 void PaintLines(MDrawer& drawer, const AlignedText& aligned, const std::vector<TextLine>& lines,

@@ -126,9 +126,14 @@ int FontCollection::FindNearest(const MString& family, Wish wish) const
 {
     int nearest = NoFace;
     for (int i = 0; i < static_cast<int>(faces.size()); ++i)
+    {
+        // The look of a packed family is the same on every machine.
+        if (i == static_cast<int>(packedCount) && nearest != NoFace)
+            break;
         if (GetInfo(i).family == family &&
             (nearest == NoFace || Distance(GetInfo(i), wish) < Distance(GetInfo(nearest), wish)))
             nearest = i;
+    }
     return nearest;
 }
 

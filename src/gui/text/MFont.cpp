@@ -69,13 +69,13 @@ int MFont::Extent::WithSpaces(std::int64_t spaces, int space) const noexcept
 
 MFont::Extent MFont::Measure(const MString& text, int from, int count) const
 {
-    MFontInstance& used = GetInstance();
+    const std::shared_ptr<MFontInstance> used = GetInstance();
     Extent extent = {.advances = 0, .characters = 0};
     const int end = count < text.Length() - from ? from + count : text.Length();
     for (int i = std::max(0, from); i < end;)
     {
         const char32_t code = ReadCodePoint(text, i);
-        extent.advances += used.GetAdvance(code);
+        extent.advances += used->GetAdvance(code);
         if (code == U'\t')
             extent.characters += BlanksPerTab;
         else if (!IsControl(code))
@@ -84,7 +84,7 @@ MFont::Extent MFont::Measure(const MString& text, int from, int count) const
     return extent;
 }
 
-MFontInstance& MFont::GetInstance() const
+std::shared_ptr<MFontInstance> MFont::GetInstance() const
 {
     const int present = FontCollection::Get().GetGeneration();
     if (!instance || generation != present)
@@ -92,5 +92,5 @@ MFontInstance& MFont::GetInstance() const
         instance = Instances::Get().Find(description, present);
         generation = present;
     }
-    return *instance;
+    return instance;
 }

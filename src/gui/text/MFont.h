@@ -19,11 +19,11 @@ public:
     bool operator==(const MFont& other) const noexcept { return description == other.description; }
 
     /// Pixels from one line to the next, at least 1: the height and the gap between lines.
-    int GetHeight() const { return GetInstance().GetLineHeight(); }
-    int GetAscent() const { return GetInstance().GetAscent(); }
-    int GetDescent() const { return GetInstance().GetDescent(); }
+    int GetHeight() const { return GetInstance()->GetLineHeight(); }
+    int GetAscent() const { return GetInstance()->GetAscent(); }
+    int GetDescent() const { return GetInstance()->GetDescent(); }
     /// Whole pixels, so that widths of texts add up.
-    int GetAdvance(char32_t code) const { return GetInstance().GetAdvance(code); }
+    int GetAdvance(char32_t code) const { return GetInstance()->GetAdvance(code); }
     /// Pixels between characters.
     int GetSpace() const noexcept { return description.space; }
     /// The width of @p count 16-bit units of @p text from @p from on: advances and the space
@@ -32,8 +32,8 @@ public:
     /// The same with the space behind the last one, too, so that the parts of a text add up.
     int MeasureSpaced(const MString& text, int from, int count) const;
 
-    /// Valid until this font changes or is asked again.
-    MFontInstance& GetInstance() const;
+    /// To be held while it is used: as soon as the system's fonts are known, this font lets it go.
+    std::shared_ptr<MFontInstance> GetInstance() const;
 
 private:
     struct Extent

@@ -63,7 +63,7 @@ protected:
 
 TEST_F(AlignedTextOut, PlacesOneGlyphByItsMetrics)
 {
-    const Glyph& glyph = *font.GetInstance().GetGlyph('H');
+    const Glyph& glyph = *font.GetInstance()->GetGlyph('H');
     const int spareX = 100 - font.GetAdvance('H');
     const int spareY = 61 - font.GetHeight();
     struct

@@ -25,6 +25,12 @@ protected:
             font.SetItalic();
         folder.Write(name, font.bytes);
     }
+    static std::vector<std::uint8_t> BoldSans()
+    {
+        FontUnderTest font("fonts/DejaVuSans.ttf");
+        font.SetWeight(700);
+        return font.bytes;
+    }
     MString Path(const std::string& name) const
     {
         return MString::FromUTF8((folder / name).make_preferred().string());
@@ -39,6 +45,7 @@ TEST_F(FontCollectionOf, FindsTheNearestOnceTheSystemsFontsAreKnown)
     Write("1.ttf", 300, false);
     Write("2.ttf", 900, false);
     Write("3.ttf", 500, true);
+    folder.Write("DejaVuSans.ttf", BoldSans());
     FontCollection fonts(Folders(), Path("cache"));
     EXPECT_EQ(fonts.GetGeneration(), 0);
     EXPECT_EQ(fonts.GetInfo(fonts.Match("inter", {false, false})).weight, 400);
@@ -63,6 +70,9 @@ TEST_F(FontCollectionOf, FindsTheNearestOnceTheSystemsFontsAreKnown)
     EXPECT_EQ(file(false, true), "3.ttf");
     EXPECT_EQ(file(true, true), "3.ttf"); // italic before weight
 
+    // Of a packed family none of the system's counts.
+    EXPECT_TRUE(fonts.GetInfo(fonts.Match("DejaVu Sans", {true, true})).isPacked);
+
     // The outlines of all three are the same, so what is italic or bold already is not made so.
     GlyphCache cache(GlyphCache::DefaultBytes);
     const auto width = [&](bool isBold, bool isItalic)
@@ -86,13 +96,13 @@ TEST_F(FontCollectionOf, KeepsFewFilesOpenAndLivesOnWithoutThem)
     FontCollection fonts(Folders(), Path("cache"));
     fonts.Match(Family, {false, false});
     fonts.WaitForScan();
-    const auto countOpen = []
+    const auto countOpen = [this]
     {
         int open = 0;
         for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
         {
             std::error_code ignored;
-            open += read_symlink(entry, ignored).extension() == ".ttf" ? 1 : 0;
+            open += read_symlink(entry, ignored).parent_path() == folder.GetPath() ? 1 : 0;
         }
         return open;
     };
