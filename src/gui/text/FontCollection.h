@@ -35,8 +35,8 @@ public:
     ~FontCollection();
 
     /// The face of the family that is nearest to @p wish, italic before weight; of a packed family
-    /// only the packed ones count. Of the default family if there is no such family, or none as yet:
-    /// it is looked for in the system's fonts then. NoFace only if there are no packed fonts.
+    /// only the packed ones count. Of the default family if there is no such family, or none as
+    /// yet: it is looked for in the system's fonts then. NoFace only if there are no packed fonts.
     int Match(const MString& family, Wish wish);
     /// A face that has @p code, the packed ones first, then those nearest to @p wish. NoFace if
     /// there is none, or none as yet, as above.
