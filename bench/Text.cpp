@@ -88,20 +88,7 @@ public:
           surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, Width, Height)),
           context(cairo_create(surface))
     {
-        FT_Init_FreeType(&library);
-        FT_New_Memory_Face(library, reinterpret_cast<const FT_Byte*>(bytes.GetData().data()),
-                           static_cast<FT_Long>(bytes.GetData().size()), 0, &face);
-        fontFace = cairo_ft_font_face_create_for_ft_face(face, FT_LOAD_NO_HINTING);
-        cairo_set_font_face(context, fontFace);
-        cairo_set_font_size(context, FontHeight * static_cast<double>(face->units_per_EM) /
-                                         static_cast<double>(face->ascender - face->descender));
-        cairo_font_options_t* const options = cairo_font_options_create();
-        cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
-        cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
-        cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_ON);
-        cairo_set_font_options(context, options);
-        cairo_font_options_destroy(options);
-        cairo_set_source_rgb(context, 0.9, 0.9, 0.9);
+        SetFont();
     }
     CairoSheet(const CairoSheet&) = delete;
     CairoSheet& operator=(const CairoSheet&) = delete;
@@ -122,6 +109,24 @@ public:
     }
 
 private:
+    void SetFont()
+    {
+        FT_Init_FreeType(&library);
+        FT_New_Memory_Face(library, reinterpret_cast<const FT_Byte*>(bytes.GetData().data()),
+                           static_cast<FT_Long>(bytes.GetData().size()), 0, &face);
+        fontFace = cairo_ft_font_face_create_for_ft_face(face, FT_LOAD_NO_HINTING);
+        cairo_set_font_face(context, fontFace);
+        cairo_set_font_size(context, FontHeight * static_cast<double>(face->units_per_EM) /
+                                         static_cast<double>(face->ascender - face->descender));
+        cairo_font_options_t* const options = cairo_font_options_create();
+        cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+        cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+        cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_ON);
+        cairo_set_font_options(context, options);
+        cairo_font_options_destroy(options);
+        cairo_set_source_rgb(context, 0.9, 0.9, 0.9);
+    }
+
     MMemoryStream bytes;
     FT_Library library = nullptr; // cairo keeps faces in a cache of its own, so both stay
     FT_Face face = nullptr;

@@ -16,7 +16,7 @@ std::unique_ptr<Glyph> MakeGlyph(int blocks)
 
 TEST(GlyphCache, DropsWhatWasNotUsedForTheLongestTime)
 {
-    GlyphCache cache(10 * 256);
+    GlyphCache cache(2560); // 10 blocks
     for (std::uint32_t glyph = 0; glyph < 5; ++glyph)
         cache.Add({1, 0, glyph}, MakeGlyph(2));
     EXPECT_EQ(cache.CountBytes(), 10U * 256);
@@ -51,7 +51,7 @@ TEST(GlyphCache, StaysWithinItsBytesUnderLoad)
         ASSERT_EQ(glyph->left, blocks);
         ASSERT_LE(cache.CountBytes(), GlyphCache::DefaultBytes);
     }
-    EXPECT_GT(cache.CountBytes(), GlyphCache::DefaultBytes - 40 * 256);
+    EXPECT_GT(cache.CountBytes(), GlyphCache::DefaultBytes - 10'240);
 }
 
 } // namespace

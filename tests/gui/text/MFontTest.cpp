@@ -182,12 +182,13 @@ TEST(MFont, PaintsWhatTheOutlineCovers)
 TEST(MFont, MakesBoldAndItalicOfFacesThatAreNeither)
 {
     constexpr int Height = 48;
+    constexpr int Boldness = 2; // a 24th
     const Ink plain = InkOf({.face = Mono, .height = Height}, U'|');
     const Ink bold = InkOf({.face = Mono, .height = Height, .isBold = true}, U'|');
-    EXPECT_NEAR(bold.right - bold.left, plain.right - plain.left + Height / 24, 1);
+    EXPECT_NEAR(bold.right - bold.left, plain.right - plain.left + Boldness, 1);
     EXPECT_GT(bold.sum, 1.1 * plain.sum);
     EXPECT_EQ(MFont({.face = Mono, .height = Height, .isBold = true}).GetAdvance('|'),
-              MFont({.face = Mono, .height = Height}).GetAdvance('|') + Height / 24);
+              MFont({.face = Mono, .height = Height}).GetAdvance('|') + Boldness);
 
     // Each row moves to the right by a fifth of its height above the baseline.
     const Ink italic = InkOf({.face = Mono, .height = Height, .isItalic = true}, U'|');
