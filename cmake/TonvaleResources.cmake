@@ -1,5 +1,6 @@
-# The object library tonvale_resources: resources/ and the fonts as the pack inside whatever links it. Modules and
-# programs have to link it themselves, as an object does not travel through a static library.
+# The object library tonvale_resources: resources/ and the fonts as the pack inside whatever links it.
+# Modules and programs have to link it themselves, as an object does not travel through a static
+# library.
 
 include(PackedFonts)
 
