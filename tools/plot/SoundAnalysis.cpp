@@ -26,6 +26,8 @@ std::int64_t ExcerptFrames(int rate)
     return std::max<std::int64_t>(1, std::llround(SoundAnalysis::ExcerptSeconds * rate));
 }
 
+constexpr std::size_t Overlap =
+    8; ///< of pieces, so that the narrow windows weigh all samples alike
 constexpr double ColumnSeconds = 0.18; ///< between seeing steps in time and in frequency
 
 } // namespace
@@ -91,7 +93,7 @@ void SoundAnalysis::FeedSpectrum(Channel& channel, std::span<const float> block)
     std::vector<float>& recent = channel.recent;
     recent.insert(recent.end(), block.begin(), block.end());
     std::size_t start = 0;
-    for (; recent.size() - start >= piece; start += piece / 2)
+    for (; recent.size() - start >= piece; start += piece / Overlap)
         AddPiece(channel, std::span(recent).subspan(start, piece));
     recent.erase(recent.begin(), recent.begin() + static_cast<std::ptrdiff_t>(start));
 }
@@ -105,8 +107,10 @@ void SoundAnalysis::AddPiece(Channel& channel, std::span<const float> piece)
 
 std::int64_t SoundAnalysis::GetPieceEnd(int column) const noexcept
 {
+    const std::int64_t piece = spectrogram->transform.GetLength();
     const double middle = (column + 0.5) * static_cast<double>(total) / spectrogram->columns;
-    return std::llround(middle) + spectrogram->transform.GetLength() / 2;
+    return std::clamp(std::llround(middle) + piece / 2, static_cast<long long>(piece),
+                      static_cast<long long>(total));
 }
 
 void SoundAnalysis::FeedSpectrogram(std::span<const float> block)
@@ -131,14 +135,6 @@ void SoundAnalysis::Finish()
     for (Channel& channel : channels)
         if (channel.pieces == 0)
             AddPiece(channel, channel.recent);
-    if (!spectrogram)
-        return;
-    // What lies behind the end is silent.
-    const std::span<const float> recent = spectrogram->recent;
-    const auto piece = static_cast<std::int64_t>(recent.size());
-    for (int& done = spectrogram->done; done < spectrogram->columns; ++done)
-        MeasureColumn(recent.subspan(static_cast<std::size_t>(
-            std::clamp<std::int64_t>(GetPieceEnd(done) - position, 0, piece))));
 }
 
 void SoundAnalysis::MeasureColumn(std::span<const float> piece)

@@ -78,7 +78,7 @@ private:
     /// Behind the last frame.
     void Finish();
     void MeasureColumn(std::span<const float> piece);
-    /// The frame behind the piece of column @p column.
+    /// The frame behind the piece of column @p column; those at the ends lie within the sound.
     std::int64_t GetPieceEnd(int column) const noexcept;
 
     int rate; ///< Hz

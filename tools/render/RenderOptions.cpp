@@ -51,9 +51,9 @@ to the new value that is as long as the block. T=0 counts from the first sample.
   tonvale-render --list
   tonvale-render --plugin other.vst3 --midi melody.mid other.wav
 
-OUT.wav may be left out with --table, --save-state and --list. Your presets are
-in Tonvalepresets.xml, in the folder of this product among your data; those that
-came with this program are in share/tonvale beside its folder.)";
+OUT.wav may be left out with --table, --shapes, --save-state and --list. Your
+presets are in Tonvalepresets.xml, in the folder of this product among your data;
+those that came with this program are in share/tonvale beside its folder.)";
 
 /// The texts of the options, to be read once the command line as a whole makes sense.
 struct Texts
@@ -178,6 +178,12 @@ private:
         Add("--table", options.table, "FILE",
             "Write the one cycle that is played to a WAV file:\n"
             "8192 samples, one channel");
+        Add("--plot", options.plot, "FILE",
+            "Draw the sound into a PNG file: a few cycles, the\n"
+            "spectrum, and from 2 s on how it changes");
+        Add("--shapes", options.shapeSheet, "FILE",
+            "Draw the shapes that there are, and what operations\n"
+            "make of them, into a PNG file");
         app.add_flag("--list", options.isList, "List the parameters as set");
         app.add_flag("--stats", options.isStatistics, "Tell how the plugin ran");
         app.add_flag("--presets", options.isPresetList, "List the presets, do nothing else");
@@ -256,11 +262,15 @@ private:
         std::vector<std::filesystem::path> written;
         if (!options.output.empty())
             written.emplace_back(options.output);
-        for (const auto& file : {options.saveState, options.table})
+        if (options.plot && options.output.empty())
+            throw Failure("--plot", "it draws the sound; the name of a WAV file is missing");
+        for (const auto& file :
+             {options.saveState, options.table, options.plot, options.shapeSheet})
             if (file)
                 written.emplace_back(*file);
         if (!written.empty() && options.IsPresetsOnly())
-            throw Failure("--presets and --install-presets write no sound, state or table");
+            throw Failure(
+                "--presets and --install-presets write no sound, state, table or picture");
         if (written.empty() && !options.isList && !options.IsPresetsOnly())
             throw Failure("the name of the WAV file to write is missing; --help tells more");
         for (std::filesystem::path& path : written)

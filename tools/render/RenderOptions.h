@@ -78,6 +78,8 @@ struct RenderOptions
     std::vector<PlaceInTime> morphPath;     ///< by rising seconds
     std::optional<std::string> saveState;   ///< path; written after the settings, as is the table
     std::optional<std::string> table;       ///< path
+    std::optional<std::string> plot;        ///< path of a PNG file; a picture of the sound
+    std::optional<std::string> shapeSheet;  ///< likewise; the shapes that there are
     std::vector<int> notes;
     std::optional<std::string> midi;  ///< path
     std::optional<std::string> input; ///< path

@@ -6,7 +6,9 @@
 #include <ostream>
 #include <utility>
 
+#include "foundation/strings/FileNames.h"
 #include "foundation/values/ValueTexts.h"
+#include "tools/plot/ShapeSheet.h"
 #include "tools/render/ExpectedPitch.h"
 #include "tools/render/Failure.h"
 #include "tools/render/InProcessPlugin.h"
@@ -224,6 +226,8 @@ void Renderer::Run(std::ostream& report)
         statefile::Save(*options.saveState, plugin->SaveState());
     if (options.table)
         WriteTable();
+    if (options.shapeSheet)
+        DrawShapes();
     if (options.isList || !options.output.empty())
         report << origin << '\n';
     if (options.isList)
@@ -245,6 +249,18 @@ void Renderer::WriteTable()
     writer.Commit();
 }
 
+void Renderer::DrawShapes() const
+{
+    try
+    {
+        shapesheet::Save(FileNameFromBytes(*options.shapeSheet));
+    }
+    catch (const MException& failure)
+    {
+        throw Failure("cannot write " + Quoted(*options.shapeSheet), failure.text.ToUTF8());
+    }
+}
+
 void Renderer::Render()
 {
     WavWriter writer(options.output, options.channels, rate);
@@ -254,8 +270,12 @@ void Renderer::Render()
         twin = MakeTwin();
         inside = twin.get();
     }
+    if (options.plot)
+        plot.emplace(options, rate, totalFrames);
     RenderBlocks(writer);
     writer.Commit();
+    if (plot)
+        plot->Save(origin);
 }
 
 std::unique_ptr<InProcessPlugin> Renderer::MakeTwin()
@@ -298,6 +318,8 @@ void Renderer::RenderBlocks(WavWriter& writer)
         peak = std::max(peak, blocks.FindPeak(frames - late));
         if (noteTable)
             FeedNoteTable(blocks, frames - late);
+        if (plot)
+            plot->Feed(blocks.GetOutputs(), frames - late);
         position += frames;
         progress.Show(std::max<std::int64_t>(0, position - latency));
     }

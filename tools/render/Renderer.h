@@ -13,6 +13,7 @@
 #include "tools/render/NoteTable.h"
 #include "tools/render/RunStatistics.h"
 #include "tools/render/SoundBlocks.h"
+#include "tools/render/SoundPlot.h"
 #include "tools/render/WavReader.h"
 
 struct RenderOptions;
@@ -49,6 +50,7 @@ private:
     void SetLength(double seconds);
 
     void WriteTable();
+    void DrawShapes() const;
     void Render();
     /// One in process with the present state; null for plugins of others.
     std::unique_ptr<InProcessPlugin> MakeTwin();
@@ -72,6 +74,7 @@ private:
     std::int64_t totalFrames = 0;
     HostEvents events;
     std::optional<NoteTable> noteTable; ///< with --midi, if the oscillator is heard
+    std::optional<SoundPlot> plot;      ///< with --plot
     RunStatistics statistics;
     float peak = 0.0f;
     double processingSeconds = 0.0;
