@@ -28,8 +28,8 @@ public:
         int spectrogramHeight;
     };
 
-    /// For @p totalFrames frames, 1 or more, of @p channels channels.
-    SoundAnalysis(int sampleRate, int channels, std::int64_t totalFrames, const Size& size);
+    /// For @p totalFrames frames, 1 or more, of @p channelCount channels.
+    SoundAnalysis(int sampleRate, int channelCount, std::int64_t totalFrames, const Size& size);
 
     /// The next frames, a block for each channel; more than announced are left out.
     void Feed(std::span<const std::vector<float>> blocks, int frames);

@@ -1,6 +1,7 @@
 #include "tools/plot/SoundSheet.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "foundation/strings/MStringFormatter.h"
@@ -98,18 +99,20 @@ void Sheet::DrawHead()
     const int right = left + soundsheet::PlotWidth - 1;
     canvas.Text(left, 46, texts.title, plotstyle::TitleHeight, plotstyle::Ink, Left, true);
     canvas.Text(left, 84, texts.detail, plotstyle::LabelHeight, plotstyle::FaintInk, Left);
-    constexpr const char* Names[] = {"Left", "Right"};
+    constexpr std::array<const char*, SoundAnalysis::MaxChannels> Names = {"Left", "Right"};
     for (int i = 0; i < sound.GetChannelCount(); ++i)
     {
         const auto level = [](double number) {
             return number > 0.0 ? Numbered("{0;.2} dB", 20.0 * std::log10(number))
                                 : MString("silent");
         };
-        const MString text = MStringFormatter("{0}: peak {1}, RMS {2}")
-                                 .Add(MString(sound.GetChannelCount() > 1 ? Names[i] : "Mono"))
-                                 .Add(level(sound.GetPeak(i)))
-                                 .Add(level(sound.GetRMS(i)))
-                                 .Result();
+        const MString text =
+            MStringFormatter("{0}: peak {1}, RMS {2}")
+                .Add(MString(sound.GetChannelCount() > 1 ? Names.at(static_cast<std::size_t>(i))
+                                                         : "Mono"))
+                .Add(level(sound.GetPeak(i)))
+                .Add(level(sound.GetRMS(i)))
+                .Result();
         canvas.Text(right, 62 + 22 * i, text, plotstyle::LabelHeight, plotstyle::Channels[i],
                     Right);
     }
@@ -284,10 +287,10 @@ void Sheet::DrawHeatScale(const MRectangle& area)
         drawer.FillRectangle(left, area.bottom - y, left + ScaleWidth, area.bottom - y, colour,
                              MColorOp::Copy);
     }
-    for (double level = 0.0; level >= BottomHeat; level -= PlottedLevels)
+    for (int level = 0; level >= BottomHeat; level -= PlottedLevels)
     {
         const double y = area.top + level / BottomHeat * (area.GetHeight() - 1);
-        canvas.Text(left + ScaleWidth + 8, static_cast<int>(y), MString::FromDouble(level, 0),
+        canvas.Text(left + ScaleWidth + 8, static_cast<int>(y), MString::FromInteger(level),
                     plotstyle::LabelHeight, plotstyle::FaintInk, PlotCanvas::Align::Left);
     }
     canvas.Text(left, area.top - 20, "dB", plotstyle::LabelHeight, plotstyle::FaintInk,
