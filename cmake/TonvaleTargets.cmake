@@ -34,13 +34,23 @@ function(tonvale_folder name)
         PUBLIC tonvale_options ${FOLDER_LINK} PRIVATE ${FOLDER_PRIVATE_LINK})
 endfunction()
 
-# The tests of one folder as one program: tonvale_tests(NAME SOURCES ... LINK ...).
+# The tests of one folder as one program: tonvale_tests(NAME SOURCES ... LINK ...). The target
+# tonvale-thread-tests builds those of which a suite is called ...Threads.
 function(tonvale_tests name)
     cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
     add_executable(tonvale-test-${name}
         ${TESTS_SOURCES} ${PROJECT_SOURCE_DIR}/tests/OwnUserData.cpp)
     target_include_directories(tonvale-test-${name} PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(tonvale-test-${name} PRIVATE tonvale_options ${TESTS_LINK} GTest::gtest_main)
+    foreach(source IN LISTS TESTS_SOURCES)
+        file(STRINGS ${source} suites REGEX "^TEST[_FP]*\\([A-Za-z0-9]*Threads,")
+        if(suites)
+            if(NOT TARGET tonvale-thread-tests)
+                add_custom_target(tonvale-thread-tests)
+            endif()
+            add_dependencies(tonvale-thread-tests tonvale-test-${name})
+        endif()
+    endforeach()
     # The first program that wine runs waits until wine has set itself up.
     gtest_discover_tests(tonvale-test-${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
