@@ -154,6 +154,7 @@ private:
     std::atomic<std::uint32_t> references = 1;
     std::atomic<bool> isInitialized = false;
     std::atomic<bool> isActive = false;
+    bool hasToldValues = false; ///< of a new instance, to the host
     Vst3::Reference<Vst3::FUnknown> hostContext;
     MLock handlerLock; ///< of handler; nothing is called under it
     Vst3::Reference<Vst3::IComponentHandler> handler;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <utility>
 
 #include "foundation/threads/MGuard.h"
 #include "host/PluginState.h"
@@ -57,6 +58,10 @@ Result MAudioPluginVST3Adapter::setActive(Bool state)
                         if (isOn && !isActive.load())
                             Prepare(); // nothing of the sound before goes on
                         isActive = isOn;
+                        // Hosts take parameters to begin at the defaults that they were told, which
+                        // are not what all of them have.
+                        if (isOn && !std::exchange(hasToldValues, true))
+                            Restart(kParamValuesChanged);
                         return kResultTrue;
                     });
 }

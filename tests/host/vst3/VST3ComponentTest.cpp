@@ -233,4 +233,19 @@ TEST(VST3Component, StateComesBackWhateverTheStreamIsLike)
     target.controller->setComponentHandler(nullptr);
 }
 
+TEST(VST3Component, TheFirstStartTellsWhatValuesThereAre)
+{
+    const Instance instance;
+    fakehost::Handler handler;
+    instance.controller->setComponentHandler(&handler);
+    for (const char* const told : {"restart 4;", ""})
+    {
+        handler.log.clear();
+        EXPECT_EQ(instance.component->setActive(1), kResultOk);
+        EXPECT_EQ(handler.log, told);
+        EXPECT_EQ(instance.component->setActive(0), kResultOk);
+    }
+    instance.controller->setComponentHandler(nullptr);
+}
+
 } // namespace
