@@ -9,7 +9,7 @@ class MModulator;
 class MParameterOwner;
 
 /// All parameters of one modulator, in the order of their indices, which is fixed: hosts keep them.
-/// New ones go behind those of all modulators.
+/// New ones go behind all others of the plugin.
 class MModulatorParameterList
 {
 public:

@@ -20,7 +20,8 @@ public:
 
     explicit Modulators(MAudioPlugin& modulatedPlugin) noexcept;
 
-    /// Makes their settings parameters of the plugin, behind all others. Once, as AddAdapter.
+    /// Makes their settings parameters of the plugin, behind those that it has already. Once, as
+    /// AddAdapter.
     void AddParameters();
 
     /// For the parameters that the plugin has now. Under the processing lock, not on the audio
